@@ -1,0 +1,3 @@
+#pragma once
+// MemoryDataSink lives beside MemoryDataSource.
+#include "DataIO/Memory/MemoryDataSource.h"

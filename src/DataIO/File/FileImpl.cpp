@@ -1,0 +1,115 @@
+#include "DataIO/File/FileImpl.h"
+
+#include "Exceptions/Exceptions.h"
+#include "Platform/Platform.h"
+#include "Utils/Text.h"
+
+namespace Vellum
+{
+namespace DataIO
+{
+namespace File
+{
+namespace
+{
+// "<lead><path><tail><system text>"
+Templates::wstring pathMessage(char const * lead, unsigned short const * path, char const * tail)
+{
+    Templates::wstring text = Utils::wide(lead);
+    text += path;
+    text += Utils::wide(tail);
+    text += Platform::lastErrorMessage();
+    return text;
+}
+} // namespace
+
+FileImpl::FileImpl(unsigned short const * path, unsigned short const * mode, int bufferSize)
+    : position(0), file_(nullptr), size(0)
+{
+    file_ = Platform::fopen(path, mode);
+    THROW_UNLESS(IOError, file_ != 0, pathMessage("Error opening: '", path, "'. "));
+    try
+    {
+        int64 sizeResult = Platform::getFileSize(file_);
+        THROW_UNLESS(IOError, sizeResult != -1L, pathMessage("Error getting file length: '", path, "'. "));
+        size = uint64(sizeResult);
+        if (bufferSize == 0)
+            THROW_UNLESS(InvalidValue, ::setvbuf (file_, 0, _IONBF, 0) == 0,
+                         pathMessage("Error setting buffering mode in file: '", path, "'. "));
+        else if (bufferSize > 0)
+            THROW_UNLESS(InvalidValue, ::setvbuf (file_, 0, _IOFBF, bufferSize) == 0,
+                         pathMessage("Error setting buffering mode in file: '", path, "'. "));
+    }
+    catch (...)
+    {
+        std::fclose(file_);
+        throw;
+    }
+}
+
+FileImpl::~FileImpl()
+{
+    if (file_ != nullptr)
+        std::fclose(file_);
+}
+
+uint64 FileImpl::read(unsigned char * buffer, uint64 wanted)
+{
+    uint64 howMuch = wanted < remaining() ? wanted : remaining();
+    if (howMuch == 0)
+        return 0;
+    uint64 got = std::fread(buffer, 1, size_t(howMuch), file_);
+    position += got;
+    if (got < howMuch && std::ferror(file_))
+    {
+        std::clearerr(file_);
+        Templates::wstring text = Utils::wide("Error reading from file. ");
+        text += Platform::lastErrorMessage();
+        throw Exceptions::IOError(text.c_str(), __FILE__, __LINE__);
+    }
+    return got;
+}
+
+void FileImpl::write(unsigned char const * data, uint64 howMuch)
+{
+    if (howMuch == 0)
+        return;
+    uint64 writeResult = std::fwrite(data, 1, size_t(howMuch), file_);
+    if (writeResult != howMuch)
+        std::clearerr(file_);
+    THROW_UNLESS(IOError, writeResult == howMuch,
+                 Utils::wide("Error writing to file. ") + Platform::lastErrorMessage());
+    position += howMuch;
+    // Grows on a rewrite too: a seek must never stop short of a byte that has been written.
+    size += howMuch;
+}
+
+uint64 FileImpl::seek(uint64 target)
+{
+    uint64 end = absoluteOffset() + remaining();
+    if (target > end)
+        target = end;
+    THROW_UNLESS_TEXT(IOError, Platform::fileSeek(file_, int64(target)), "Platform::fileSeek (file_, position)",
+                      Utils::wide("Error seeking. ") + Platform::lastErrorMessage());
+    position = target;
+    return target;
+}
+
+uint64 FileImpl::absoluteOffset() const
+{
+    return position;
+}
+
+uint64 FileImpl::remaining() const
+{
+    return size > position ? size - position : 0;
+}
+
+void FileImpl::flush()
+{
+    if (file_ != nullptr)
+        std::fflush(file_);
+}
+} // namespace File
+} // namespace DataIO
+} // namespace Vellum
