@@ -1,15 +1,50 @@
+// vellum: looks into MXF files with the Vellum library.
+
 #include <cstdio>
 #include <cstring>
 
+#include "Commands.h"
 #include "Platform/Version.h"
 #include "Utils/Text.h"
 
+namespace
+{
+void usage(std::FILE * out)
+{
+    std::fprintf(out,
+                 "usage: vellum COMMAND [OPTIONS] FILE\n"
+                 "\n"
+                 "commands:\n"
+                 "  info FILE               a summary of the file: run-in, partitions, essence streams\n"
+                 "  klv FILE [--limit N]    one line per KLV packet: offset, key, BER size, length, kind\n"
+                 "  --version               the library's version\n");
+}
+} // namespace
+
 int main(int argc, char ** argv)
 {
-    if (argc < 2 || std::strcmp(argv[1], "--version") == 0)
+    if (argc < 2)
+    {
+        usage(stderr);
+        return 2;
+    }
+    std::string command = argv[1];
+    VellumTool::Arguments arguments(argv + 2, argv + argc);
+    if (command == "--version" || command == "version")
     {
         std::printf("vellum %s\n", Vellum::Utils::narrow(Vellum::Version::versionString()).c_str());
-        return argc < 2 ? 2 : 0;
+        return 0;
     }
+    if (command == "--help" || command == "-h" || command == "help")
+    {
+        usage(stdout);
+        return 0;
+    }
+    if (command == "klv")
+        return VellumTool::klvCommand(arguments);
+    if (command == "info")
+        return VellumTool::infoCommand(arguments);
+    std::fprintf(stderr, "vellum: unknown command '%s'\n", command.c_str());
+    usage(stderr);
     return 2;
 }

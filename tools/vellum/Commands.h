@@ -1,0 +1,14 @@
+#pragma once
+// The subcommands of the vellum program. Each gets the arguments after its name and gives the
+// process exit code.
+
+#include <string>
+#include <vector>
+
+namespace VellumTool
+{
+typedef std::vector<std::string> Arguments;
+
+int klvCommand(Arguments const & arguments);
+int infoCommand(Arguments const & arguments);
+} // namespace VellumTool
