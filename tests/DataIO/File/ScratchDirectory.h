@@ -58,11 +58,11 @@ private:
 };
 
 // n bytes of a recognisable pattern.
-inline std::vector<unsigned char> patternBytes(size_t n, unsigned seed = 7)
+inline std::vector<unsigned char> patternBytes(size_t n, unsigned salt = 7)
 {
     std::vector<unsigned char> bytes(n);
     for (size_t i = 0; i < n; ++i)
-        bytes[i] = static_cast<unsigned char>((i * 31 + seed * 17 + (i >> 8)) & 0xFF);
+        bytes[i] = static_cast<unsigned char>((i * 31 + salt * 17 + (i >> 8)) & 0xFF);
     return bytes;
 }
 } // namespace TestSupport
