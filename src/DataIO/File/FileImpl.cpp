@@ -12,13 +12,24 @@ namespace File
 {
 namespace
 {
-// "<lead><path><tail><system text>"
+// "<lead><path><tail><system text>". The system text is taken first, before any allocation
+// can disturb the error number.
 Templates::wstring pathMessage(char const * lead, unsigned short const * path, char const * tail)
 {
+    Templates::wstring systemText = Platform::lastErrorMessage();
     Templates::wstring text = Utils::wide(lead);
     text += path;
     text += Utils::wide(tail);
-    text += Platform::lastErrorMessage();
+    text += systemText;
+    return text;
+}
+
+// "<lead><system text>", with the same care.
+Templates::wstring systemMessage(char const * lead)
+{
+    Templates::wstring systemText = Platform::lastErrorMessage();
+    Templates::wstring text = Utils::wide(lead);
+    text += systemText;
     return text;
 }
 } // namespace
@@ -60,11 +71,10 @@ uint64 FileImpl::read(unsigned char * buffer, uint64 wanted)
         return 0;
     uint64 got = std::fread(buffer, 1, size_t(howMuch), file_);
     position += got;
-    if (got < howMuch && std::ferror(file_))
+    if (got < wanted && std::ferror(file_))
     {
+        Templates::wstring text = systemMessage("Error reading from file. ");
         std::clearerr(file_);
-        Templates::wstring text = Utils::wide("Error reading from file. ");
-        text += Platform::lastErrorMessage();
         throw Exceptions::IOError(text.c_str(), __FILE__, __LINE__);
     }
     return got;
@@ -76,9 +86,11 @@ void FileImpl::write(unsigned char const * data, uint64 howMuch)
         return;
     uint64 writeResult = std::fwrite(data, 1, size_t(howMuch), file_);
     if (writeResult != howMuch)
+    {
+        Templates::wstring text = systemMessage("Error writing to file. ");
         std::clearerr(file_);
-    THROW_UNLESS(IOError, writeResult == howMuch,
-                 Utils::wide("Error writing to file. ") + Platform::lastErrorMessage());
+        THROW_UNLESS(IOError, writeResult == howMuch, text);
+    }
     position += howMuch;
     // Grows on a rewrite too: a seek must never stop short of a byte that has been written.
     size += howMuch;
@@ -90,7 +102,7 @@ uint64 FileImpl::seek(uint64 target)
     if (target > end)
         target = end;
     THROW_UNLESS_TEXT(IOError, Platform::fileSeek(file_, int64(target)), "Platform::fileSeek (file_, position)",
-                      Utils::wide("Error seeking. ") + Platform::lastErrorMessage());
+                      systemMessage("Error seeking. "));
     position = target;
     return target;
 }
