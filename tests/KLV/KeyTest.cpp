@@ -57,7 +57,8 @@ TEST(Key, BytesCopiesAndComparison)
 
 TEST(Key, ReadsItselfFromAValue)
 {
-    Bytes data = cat(Bytes(16, 0x42), Bytes{0x01, 0x02});
+    Bytes data(18, 0x42);
+    data[16] = 0x01;
     DataIO::Memory::MemoryDataSource source(data.data(), data.size());
     {
         KLV::Value value(source, 17);

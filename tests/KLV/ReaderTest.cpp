@@ -118,7 +118,6 @@ Outcome readerRead(Bytes const & data, uint64 from, KLV::Reader::PEEK_KIND kind,
             o.length = packet->length();
             o.position = source.absoluteOffset();
             EXPECT_EQ(from + o.skipped, packet->keyAbsoluteOffset());
-            source.seek(0); // the packet's value must not move the source back or forth now
             packet.reset();
             return o;
         }
