@@ -3,6 +3,7 @@
 // lowest terms with a positive denominator; a denominator of 0 (n/0 with n of 1 or -1) carries an
 // undefined rate.
 
+#include <limits>
 #include <type_traits>
 
 #include "Platform/BigUInt.h"
@@ -15,22 +16,20 @@ namespace Templates
 {
 namespace Detail
 {
-// Integer steps of the rational arithmetic. Products and sums are formed in the unsigned type of
-// the same width, so that a value out of range wraps around instead of being undefined, and the
-// magnitude of the most negative value is representable.
-template <class T>
-struct RationalArithmetic
-{
-    static_assert(std::is_integral<T>::value && std::is_signed<T>::value, "a rational needs a signed integer");
-    static_assert(sizeof(T) >= sizeof(int), "narrower types would be promoted to int");
-    typedef typename std::make_unsigned<T>::type U;
+__extension__ typedef __int128 RationalInt128;
+__extension__ typedef unsigned __int128 RationalUInt128;
 
-    static U magnitude(T v) { return v < 0 ? U(U(0) - U(v)) : U(v); }
-    static T fromBits(U u) { return static_cast<T>(u); }
-    static T negate(T v) { return fromBits(U(U(0) - U(v))); }
-    static T add(T a, T b) { return fromBits(U(U(a) + U(b))); }
-    static T subtract(T a, T b) { return fromBits(U(U(a) - U(b))); }
-    static T multiply(T a, T b) { return fromBits(U(U(a) * U(b))); }
+// Integer steps on a signed type S through its unsigned twin U: sums and products wrap around
+// instead of being undefined, and the magnitude of the most negative value is representable.
+template <class S, class U>
+struct WrappingArithmetic
+{
+    static U magnitude(S v) { return v < 0 ? U(U(0) - U(v)) : U(v); }
+    static S fromBits(U u) { return static_cast<S>(u); }
+    static S negate(S v) { return fromBits(U(U(0) - U(v))); }
+    static S add(S a, S b) { return fromBits(U(U(a) + U(b))); }
+    static S subtract(S a, S b) { return fromBits(U(U(a) - U(b))); }
+    static S multiply(S a, S b) { return fromBits(U(U(a) * U(b))); }
 
     // Euclid's algorithm by remainders; gcd(0, 0) is 0.
     static U gcd(U a, U b)
@@ -43,26 +42,43 @@ struct RationalArithmetic
         }
         return a;
     }
-    // The divisor for cross-reducing: never 0.
-    static U reducer(T a, T b)
+    // A divisor for cross-reducing: never 0.
+    static U reducer(S a, S b)
     {
         U g = gcd(magnitude(a), magnitude(b));
         return g == 0 ? U(1) : g;
     }
     // v / d for a positive d, the sign kept.
-    static T divide(T v, U d)
+    static S divide(S v, U d)
     {
         U q = magnitude(v) / d;
         return v < 0 ? fromBits(U(U(0) - q)) : fromBits(q);
     }
+};
+
+// The arithmetic of Rational<T>: on T itself, and on a type of twice the width in which the
+// products of two T values are exact.
+template <class T>
+struct RationalTraits
+{
+    static_assert(std::is_integral<T>::value && std::is_signed<T>::value, "a rational needs a signed integer");
+    static_assert(sizeof(T) == 4 || sizeof(T) == 8, "a rational is made of 32-bit or 64-bit integers");
+    typedef typename std::make_unsigned<T>::type U;
+    typedef typename std::conditional<sizeof(T) == 4, int64, RationalInt128>::type W;
+    typedef typename std::conditional<sizeof(T) == 4, uint64, RationalUInt128>::type UW;
+    typedef WrappingArithmetic<T, U> Narrow;
+    typedef WrappingArithmetic<W, UW> Wide;
 };
 } // namespace Detail
 
 template <class T>
 class Rational
 {
-    typedef Detail::RationalArithmetic<T> Arithmetic;
-    typedef typename Arithmetic::U U;
+    typedef Detail::RationalTraits<T> Traits;
+    typedef typename Traits::U U;
+    typedef typename Traits::W W;
+    typedef typename Traits::Narrow Narrow;
+    typedef typename Traits::Wide Wide;
 
 public:
     VELLUM_CLASS_ALLOCATION
@@ -91,97 +107,84 @@ public:
     T numerator() const { return num_; }
     T denominator() const { return den_; }
 
+    // The operands are cross-reduced first and the products formed at twice the width, so that a
+    // result is exact whenever it fits in T.
     Rational & operator+=(Rational const & r)
     {
         T a = num_, b = den_, c = r.num_, d = r.den_;
-        // a/b + c/d over the least common denominator: b/g * d.
-        U g = Arithmetic::reducer(b, d);
-        T bg = Arithmetic::divide(b, g);
-        T dg = Arithmetic::divide(d, g);
-        num_ = Arithmetic::add(Arithmetic::multiply(a, dg), Arithmetic::multiply(c, bg));
-        den_ = Arithmetic::multiply(bg, d);
-        normalize();
+        // a/b + c/d over the least common denominator b/g * d.
+        U g = Narrow::reducer(b, d);
+        T bg = Narrow::divide(b, g);
+        T dg = Narrow::divide(d, g);
+        assignReduced(Wide::add(Wide::multiply(a, dg), Wide::multiply(c, bg)), Wide::multiply(bg, d));
         return *this;
     }
 
     Rational & operator-=(Rational const & r)
     {
         T a = num_, b = den_, c = r.num_, d = r.den_;
-        U g = Arithmetic::reducer(b, d);
-        T bg = Arithmetic::divide(b, g);
-        T dg = Arithmetic::divide(d, g);
-        num_ = Arithmetic::subtract(Arithmetic::multiply(a, dg), Arithmetic::multiply(c, bg));
-        den_ = Arithmetic::multiply(bg, d);
-        normalize();
+        U g = Narrow::reducer(b, d);
+        T bg = Narrow::divide(b, g);
+        T dg = Narrow::divide(d, g);
+        assignReduced(Wide::subtract(Wide::multiply(a, dg), Wide::multiply(c, bg)), Wide::multiply(bg, d));
         return *this;
     }
 
     Rational & operator*=(Rational const & r)
     {
         T a = num_, b = den_, c = r.num_, d = r.den_;
-        // Cross-reduce first so that the products stay small.
-        U g1 = Arithmetic::reducer(a, d);
-        U g2 = Arithmetic::reducer(c, b);
-        num_ = Arithmetic::multiply(Arithmetic::divide(a, g1), Arithmetic::divide(c, g2));
-        den_ = Arithmetic::multiply(Arithmetic::divide(b, g2), Arithmetic::divide(d, g1));
-        normalize();
+        U g1 = Narrow::reducer(a, d);
+        U g2 = Narrow::reducer(c, b);
+        assignReduced(Wide::multiply(Narrow::divide(a, g1), Narrow::divide(c, g2)),
+                      Wide::multiply(Narrow::divide(b, g2), Narrow::divide(d, g1)));
         return *this;
     }
 
     Rational & operator/=(Rational const & r)
     {
         T a = num_, b = den_, c = r.num_, d = r.den_;
-        // a/b * d/c, cross-reduced.
-        U g1 = Arithmetic::reducer(a, c);
-        U g2 = Arithmetic::reducer(b, d);
-        num_ = Arithmetic::multiply(Arithmetic::divide(a, g1), Arithmetic::divide(d, g2));
-        den_ = Arithmetic::multiply(Arithmetic::divide(b, g2), Arithmetic::divide(c, g1));
-        normalize();
+        // a/b * d/c
+        U g1 = Narrow::reducer(a, c);
+        U g2 = Narrow::reducer(b, d);
+        assignReduced(Wide::multiply(Narrow::divide(a, g1), Narrow::divide(d, g2)),
+                      Wide::multiply(Narrow::divide(b, g2), Narrow::divide(c, g1)));
         return *this;
     }
 
     Rational & operator+=(T i)
     {
-        num_ = Arithmetic::add(num_, Arithmetic::multiply(i, den_));
-        normalize();
+        assignReduced(Wide::add(num_, Wide::multiply(i, den_)), den_);
         return *this;
     }
 
     Rational & operator-=(T i)
     {
-        num_ = Arithmetic::subtract(num_, Arithmetic::multiply(i, den_));
-        normalize();
+        assignReduced(Wide::subtract(num_, Wide::multiply(i, den_)), den_);
         return *this;
     }
 
     Rational & operator*=(T i)
     {
-        U g = Arithmetic::reducer(i, den_);
-        num_ = Arithmetic::multiply(num_, Arithmetic::divide(i, g));
-        den_ = Arithmetic::divide(den_, g);
-        normalize();
+        U g = Narrow::reducer(i, den_);
+        assignReduced(Wide::multiply(num_, Narrow::divide(i, g)), Narrow::divide(den_, g));
         return *this;
     }
 
     Rational & operator/=(T i)
     {
-        U g = Arithmetic::reducer(num_, i);
-        num_ = Arithmetic::divide(num_, g);
-        den_ = Arithmetic::multiply(den_, Arithmetic::divide(i, g));
-        normalize();
+        U g = Narrow::reducer(num_, i);
+        assignReduced(Narrow::divide(num_, g), Wide::multiply(den_, Narrow::divide(i, g)));
         return *this;
     }
 
     Rational & operator++()
     {
-        num_ = Arithmetic::add(num_, den_);
-        normalize();
+        assignReduced(Wide::add(num_, den_), den_);
         return *this;
     }
     Rational & operator--()
     {
-        num_ = Arithmetic::subtract(num_, den_);
-        normalize();
+        assignReduced(Wide::subtract(num_, den_), den_);
         return *this;
     }
     Rational operator++(int)
@@ -201,7 +204,7 @@ public:
 
     bool operator==(Rational const & r) const { return num_ == r.num_ && den_ == r.den_; }
     bool operator!=(Rational const & r) const { return !(*this == r); }
-    // Exact: the cross products are formed as big integers, so nothing overflows.
+    // Exact: the cross products are formed as big integers.
     bool operator<(Rational const & r) const
     {
         bool negative = num_ < 0;
@@ -209,12 +212,12 @@ public:
             return true;
         if (!negative && !(r.num_ > 0))
             return false;
-        U g1 = Arithmetic::reducer(num_, r.num_);
-        U g2 = Arithmetic::reducer(den_, r.den_);
-        Platform::BigUInt left(uint64(Arithmetic::magnitude(num_) / g1), Platform::HEXADECIMAL);
-        left *= Platform::BigUInt(uint64(Arithmetic::magnitude(r.den_) / g2), Platform::HEXADECIMAL);
-        Platform::BigUInt right(uint64(Arithmetic::magnitude(r.num_) / g1), Platform::HEXADECIMAL);
-        right *= Platform::BigUInt(uint64(Arithmetic::magnitude(den_) / g2), Platform::HEXADECIMAL);
+        U g1 = Narrow::reducer(num_, r.num_);
+        U g2 = Narrow::reducer(den_, r.den_);
+        Platform::BigUInt left(uint64(Narrow::magnitude(num_) / g1), Platform::HEXADECIMAL);
+        left *= Platform::BigUInt(uint64(Narrow::magnitude(r.den_) / g2), Platform::HEXADECIMAL);
+        Platform::BigUInt right(uint64(Narrow::magnitude(r.num_) / g1), Platform::HEXADECIMAL);
+        right *= Platform::BigUInt(uint64(Narrow::magnitude(den_) / g2), Platform::HEXADECIMAL);
         return negative ? right < left : left < right;
     }
     bool operator>(Rational const & r) const { return r < *this; }
@@ -237,14 +240,40 @@ private:
             return;
         }
         // A denominator of 0 makes the divisor the numerator itself: the value becomes 1/0 or -1/0.
-        U g = Arithmetic::gcd(Arithmetic::magnitude(num_), Arithmetic::magnitude(den_));
-        num_ = Arithmetic::divide(num_, g);
-        den_ = Arithmetic::divide(den_, g);
+        U g = Narrow::gcd(Narrow::magnitude(num_), Narrow::magnitude(den_));
+        num_ = Narrow::divide(num_, g);
+        den_ = Narrow::divide(den_, g);
         if (den_ < 0)
         {
-            num_ = Arithmetic::negate(num_);
-            den_ = Arithmetic::negate(den_);
+            num_ = Narrow::negate(num_);
+            den_ = Narrow::negate(den_);
         }
+    }
+
+    // Takes n/d, formed at twice the width, in lowest terms. A value that does not fit in T
+    // wraps around.
+    void assignReduced(W n, W d)
+    {
+        W const low = std::numeric_limits<T>::min();
+        W const high = std::numeric_limits<T>::max();
+        if (n >= low && n <= high && d >= low && d <= high)
+        {
+            // The common case: reduce at the narrow width.
+            num_ = static_cast<T>(n);
+            den_ = static_cast<T>(d);
+            normalize();
+            return;
+        }
+        typename Traits::UW g = Wide::gcd(Wide::magnitude(n), Wide::magnitude(d));
+        n = Wide::divide(n, g);
+        d = Wide::divide(d, g);
+        if (d < 0)
+        {
+            n = Wide::negate(n);
+            d = Wide::negate(d);
+        }
+        num_ = static_cast<T>(n);
+        den_ = static_cast<T>(d);
     }
 
     T num_;

@@ -2,6 +2,7 @@
 
 #include <climits>
 #include <cstdint>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -58,6 +59,13 @@ TEST(RationalTest, ExtremeValuesAreHandledWithoutOverflow)
     EXPECT_EQ(-INT_MAX, unrepresentable.numerator());
     EXPECT_TRUE(Is(Rational<int64>(INT64_MIN, INT64_MIN), int64(1), int64(1)));
     EXPECT_TRUE(Is(Rational<int64>(INT64_MIN, 4), INT64_MIN / 4, int64(1)));
+    // Intermediate sums beyond 64 bits still give the exact result.
+    EXPECT_TRUE(Is(Rational<int64>(INT64_MIN, 3) + Rational<int64>(-1, 3), int64(-3074457345618258603), int64(1)));
+    EXPECT_TRUE(Is(Rational<int64>(INT64_MAX, 2) + Rational<int64>(INT64_MAX, 2), INT64_MAX, int64(1)));
+    EXPECT_TRUE(Is(Rational<int64>(INT64_MAX, 7) * int64(7), INT64_MAX, int64(1)));
+    Rational<int64> wrapped(INT64_MAX);
+    wrapped += 1;
+    EXPECT_EQ(int64(1), wrapped.denominator());
 
     Rational<int> big(INT_MAX, 2);
     big *= 2;
@@ -215,4 +223,79 @@ TEST(RationalTest, ComparisonIsExact)
     // The undefined rate sorts above every finite positive value.
     EXPECT_TRUE(Rational<int>(1000000) < Rational<int>(1, 0));
     EXPECT_FALSE(Rational<int>(1, 0) < Rational<int>(1, 0));
+}
+
+namespace
+{
+typedef __int128 Wide;
+
+Wide wideGcd(Wide a, Wide b)
+{
+    if (a < 0)
+        a = -a;
+    if (b < 0)
+        b = -b;
+    while (b != 0)
+    {
+        Wide r = a % b;
+        a = b;
+        b = r;
+    }
+    return a;
+}
+
+// Checks r against the exact n/d when the reduced value fits in an int.
+void expectExact(Rational<int> const & r, Wide n, Wide d, char const * op, Rational<int> const & x,
+                 Rational<int> const & y)
+{
+    if (d < 0)
+    {
+        n = -n;
+        d = -d;
+    }
+    Wide g = wideGcd(n, d);
+    if (n == 0)
+        d = 1;
+    else
+    {
+        n /= g;
+        d /= g;
+    }
+    if (n < INT_MIN || n > INT_MAX || d > INT_MAX)
+        return;
+    EXPECT_TRUE(r.numerator() == int(n) && r.denominator() == int(d))
+        << x.numerator() << "/" << x.denominator() << " " << op << " " << y.numerator() << "/" << y.denominator()
+        << " gave " << r.numerator() << "/" << r.denominator() << ", expected " << int(n) << "/" << int(d);
+}
+} // namespace
+
+TEST(RationalTest, AgreesWithWideArithmeticOverExtremeOperands)
+{
+    int const numerators[] = {INT_MIN, INT_MIN + 1, -65536, -7, -1, 0, 1, 2, 3, 46341, 65536, INT_MAX - 1, INT_MAX};
+    int const denominators[] = {1, 2, 3, 7, 1001, 65536, INT_MAX};
+    std::vector<Rational<int>> values;
+    for (int n : numerators)
+        for (int d : denominators)
+            values.push_back(Rational<int>(n, d));
+    for (Rational<int> const & x : values)
+        for (Rational<int> const & y : values)
+        {
+            Wide a = x.numerator(), b = x.denominator(), c = y.numerator(), d = y.denominator();
+            expectExact(x + y, a * d + c * b, b * d, "+", x, y);
+            expectExact(x - y, a * d - c * b, b * d, "-", x, y);
+            expectExact(x * y, a * c, b * d, "*", x, y);
+            if (c != 0)
+                expectExact(x / y, a * d, b * c, "/", x, y);
+            if (d == 1)
+            {
+                expectExact(x + int(c), a + c * b, b, "+ int", x, y);
+                expectExact(x * int(c), a * c, b, "* int", x, y);
+                if (c != 0)
+                    expectExact(x / int(c), a, b * c, "/ int", x, y);
+            }
+            ASSERT_EQ(a * d < c * b, x < y) << x.numerator() << "/" << x.denominator() << " < " << y.numerator()
+                                            << "/" << y.denominator();
+            ASSERT_EQ(a * d == c * b, x == y);
+            ASSERT_EQ(a * d >= c * b, x >= y);
+        }
 }
