@@ -348,15 +348,18 @@ TEST(PlatformTest, Time)
     EXPECT_EQ(local.year, utc.year);
     EXPECT_EQ(local.hours, utc.hours);
 
-    EnvironmentVariable zone("TZ", "XXX-5:30");
-    EXPECT_EQ(-330, Platform::getTimezone());
+    {
+        EnvironmentVariable zone("TZ", "XXX-5:30");
+        EXPECT_EQ(-330, Platform::getTimezone());
+    }
     Platform::tzset();
 }
 
 TEST(PlatformTest, FilesWithNonAsciiNames)
 {
-    std::string directory = "/tmp";
-    Templates::wstring base = W(directory.c_str());
+    Templates::wstring base;
+    if (!Platform::tempDir(base))
+        base = W("/tmp");
     Templates::wstring path = base + W("/vellum_h1_tést_日本_") + Utils::decimal(int64(::getpid())) + W(".bin");
     Templates::wstring copyPath = path + W(".copy");
     Templates::wstring wb = W("wb"), rb = W("rb");
