@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <iterator>
+#include <type_traits>
 
 #include "DataIO/Block.h"
 #include "Templates/AutoPtr.h"
@@ -83,7 +84,8 @@ public:
     SliceIterator() : node_(nullptr) {}
     explicit SliceIterator(Slice * node) : node_(node) {}
     // A mutable iterator converts to a constant one.
-    template <class P2, class R2, class Q2>
+    template <class P2, class R2, class Q2,
+              class = typename std::enable_if<std::is_convertible<Q2, Q>::value>::type>
     SliceIterator(SliceIterator<P2, R2, Q2> const & other) : node_(other.node())
     {
     }
