@@ -81,34 +81,38 @@ Templates::auto_ptr<Slice> SliceReader::read(uint64 size)
     if (first->size() == size)
         return first;
 
-    // The bytes lie in several pieces: join them in a new block. The pieces are kept until the
-    // copy is complete, so that they can go back to the cache if anything fails.
+    // The bytes lie in several pieces. They are gathered first, so that no block is made for
+    // bytes that are not there, and joined in a new block of the first piece's family. Until
+    // the copy is complete the pieces can go back to the cache.
+    first->block()->addReference();
+    BlockHolder family(first->block());
+    uint64 done = first->size();
     Chain taken;
+    taken.push_back(std::move(first));
     try
     {
-        BlockHolder joined = first->block()->create(size);
-        unsigned char * target = joined->data();
-        uint64 done = first->size();
-        if (done != 0)
-            std::memcpy(target, first->begin(), size_t(done));
-        taken.push_back(std::move(first));
         while (done < size)
         {
             Templates::auto_ptr<Slice> piece = nextSlice(size - done);
             if (piece->size() == 0)
                 break;
-            std::memcpy(target + done, piece->begin(), size_t(piece->size()));
             done += piece->size();
             taken.push_back(std::move(piece));
         }
         if (done < size)
             VELLUM_THROW(NotEnoughData, "Not enough data to read from the source");
+
+        BlockHolder joined = family->create(size);
+        unsigned char * target = joined->data();
+        for (Chain::const_iterator i = taken.begin(); i != taken.end(); ++i)
+        {
+            std::memcpy(target, i->begin(), size_t(i->size()));
+            target += i->size();
+        }
         return Templates::auto_ptr<Slice>(new Slice(joined.block(), 0, size));
     }
     catch (...)
     {
-        if (first)
-            unget(std::move(first));
         unget(taken);
         throw;
     }

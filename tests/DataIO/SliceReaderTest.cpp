@@ -84,7 +84,11 @@ TEST(SliceReaderTest, ReadPastTheEndThrowsAndKeepsTheBytes)
         EXPECT_EQ(30, e.errorCode());
         EXPECT_NE(std::string::npos, e.whatUtf8().find("DataIO/SliceReader.cpp"));
     }
-    // Everything taken is back in the cache, in order, as the source's own slices.
+    // Everything taken is back in the cache, in order, as the source's own slices; no block was
+    // made for bytes that are not there, however many were asked for.
+    EXPECT_EQ(9u, f.reader.cachedSize());
+    EXPECT_THROW(f.reader.read(uint64(1) << 50), Exceptions::NotEnoughData);
+    EXPECT_EQ(3, f.factory.created);
     EXPECT_EQ(9u, f.reader.cachedSize());
     EXPECT_EQ(0u, f.reader.absoluteOffset());
     EXPECT_FALSE(f.reader.endOfStream());
