@@ -11,4 +11,5 @@ typedef std::vector<std::string> Arguments;
 
 int klvCommand(Arguments const & arguments);
 int infoCommand(Arguments const & arguments);
+int dictCommand(Arguments const & arguments);
 } // namespace VellumTool

@@ -17,6 +17,7 @@ void usage(std::FILE * out)
                  "commands:\n"
                  "  info FILE               a summary of the file: run-in, partitions, essence streams\n"
                  "  klv FILE [--limit N]    one line per KLV packet: offset, key, BER size, length, kind\n"
+                 "  dict [SET]              the sets of the built-in dictionary, or one set's attributes\n"
                  "  --version               the library's version\n");
 }
 } // namespace
@@ -44,6 +45,8 @@ int main(int argc, char ** argv)
         return VellumTool::klvCommand(arguments);
     if (command == "info")
         return VellumTool::infoCommand(arguments);
+    if (command == "dict")
+        return VellumTool::dictCommand(arguments);
     std::fprintf(stderr, "vellum: unknown command '%s'\n", command.c_str());
     usage(stderr);
     return 2;
