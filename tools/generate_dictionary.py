@@ -416,6 +416,10 @@ DATA_DEFINITIONS = [
     ('timecode309M', 'SMPTE309MTimecodeTrackDatecodeUserBits'),
 ]
 
+WRAPPINGS = [
+    ('multipleWrapping', 'MXFGCGenericEssenceMultipleMappings'),
+]
+
 INDEX_TABLE_LABELS = [
     ('deltaEntryArray', 'DeltaEntryArray'), ('editUnitByteCount', 'EditUnitByteCount'),
     ('indexDuration', 'IndexDuration'), ('indexEditRate', 'IndexEditRate'),
@@ -573,9 +577,9 @@ class ConstantResolver(object):
         return [(name, local_set_key(label_bytes(self.registers.group_by_symbol(symbol)['UL'])), symbol)
                 for name, symbol in entries]
 
-    def data_definitions(self):
+    def register_labels(self, entries):
         out = []
-        for name, symbol in DATA_DEFINITIONS:
+        for name, symbol in entries:
             found = [l for l in self.registers.labels if l['Symbol'] == symbol]
             if len(found) != 1:
                 raise LookupError('label %s: %d entries' % (symbol, len(found)))
@@ -595,7 +599,9 @@ class ConstantResolver(object):
             ('Metadata::Structural::StructuralMetadataULs', 'Types::UniversalLabel',
              'STRUCTURAL_METADATA_ULS', self.labels(STRUCTURAL_LABELS, structural_family)),
             ('Metadata::Structural::DataDefinitionULs', 'Types::UniversalLabel', 'DATA_DEFINITION_ULS',
-             self.data_definitions()),
+             self.register_labels(DATA_DEFINITIONS)),
+            ('Metadata::Structural::Wrappings', 'Types::UniversalLabel', 'WRAPPINGS',
+             self.register_labels(WRAPPINGS)),
             ('Metadata::DMS1::DMS1MetadataKeys', 'KLV::Key', 'DMS1_METADATA_KEYS', self.keys(DMS1_KEYS)),
             ('Metadata::DMS1::DMS1MetadataULs', 'Types::UniversalLabel', 'DMS1_METADATA_ULS',
              self.labels(DMS1_LABELS, dms1_family)),

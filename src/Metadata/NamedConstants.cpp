@@ -72,8 +72,7 @@ VELLUM_INDEX_TABLES_ULS(VELLUM_DEFINE_LABEL)
 
 namespace Wrappings
 {
-VELLUM_DEFINE_LABEL(multipleWrapping, 0x06, 0x0e, 0x2b, 0x34, 0x04, 0x01, 0x01, 0x03, 0x0d, 0x01, 0x03, 0x01, 0x02,
-                    0x7f, 0x01, 0x00)
+VELLUM_WRAPPINGS(VELLUM_DEFINE_LABEL)
 } // namespace Wrappings
 
 namespace DistiguishedValue

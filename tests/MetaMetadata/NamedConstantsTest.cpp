@@ -18,9 +18,10 @@ std::string dotted(KLV::Key const & key) { return n(key.toString(Types::Dotted))
 
 TEST(NamedConstants, EveryConstantHasItsRegisterValue)
 {
-    // Counts of the eight namespaces: 1 + 34 + 32 keys, 7 + 188 + 9 + 193 + 8 labels.
+    // Counts of the eight namespaces, 1 + 34 + 32 keys and 7 + 188 + 9 + 193 + 8 labels, and the
+    // wrapping label.
     EXPECT_EQ(67u, sizeof(namedKeys) / sizeof(namedKeys[0]));
-    EXPECT_EQ(405u, sizeof(namedLabels) / sizeof(namedLabels[0]));
+    EXPECT_EQ(406u, sizeof(namedLabels) / sizeof(namedLabels[0]));
     for (NamedKeyRow const & row : namedKeys)
     {
         KLV::Key const & key = row.function();

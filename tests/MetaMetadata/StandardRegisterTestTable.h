@@ -12,6 +12,7 @@
 #include "Metadata/Structural/IndexTablesULs.h"
 #include "Metadata/Structural/StructuralMetadataKeys.h"
 #include "Metadata/Structural/StructuralMetadataULs.h"
+#include "Metadata/Structural/Wrappings.h"
 #include "Types/UniversalLabel.h"
 
 namespace Vellum
