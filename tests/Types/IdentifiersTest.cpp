@@ -274,7 +274,7 @@ TYPED_TEST(IdentifierCommonTest, RefusesFormsItDoesNotKnow)
 
     StringRepresentationEncodingType const all[] = {Types::Hexadecimal, Types::OID, Types::RFC4122,
                                                     StringRepresentationEncodingType(5),
-                                                    StringRepresentationEncodingType(-1)};
+                                                    StringRepresentationEncodingType(7)};
     for (StringRepresentationEncodingType form : all)
     {
         if (form == Traits<TypeParam>::ownForm())
