@@ -1,0 +1,151 @@
+#include "KLV/Key.h"
+
+#include <cstring>
+#include <ostream>
+
+#include "Exceptions/Exceptions.h"
+#include "KLV/FixedLengthIdentificationType.h"
+#include "KLV/KeyPredicates.h"
+#include "KLV/Value.h"
+#include "Utils/Text.h"
+
+namespace Vellum
+{
+namespace KLV
+{
+namespace
+{
+// OID form of a key: 1.3.53.2 stands for the five bytes 06 0e 2b 34 02.
+unsigned const OID_PREFIX[] = {1, 3, 53, 2};
+unsigned char const OID_FIXED_BYTES[] = {0x06, 0x0e, 0x2b, 0x34, 0x02};
+unsigned const OID_FIRST_BYTE = 5;
+} // namespace
+
+struct Key::Impl : public FixedLengthIdentificationType<Key::SIZE>
+{
+    VELLUM_CLASS_ALLOCATION
+    Impl() {}
+    explicit Impl(unsigned char const * bytes) : FixedLengthIdentificationType<Key::SIZE>(bytes) {}
+
+    void loadFromString(unsigned short const * text, Types::StringRepresentationEncodingType kind) override
+    {
+        if (kind != Types::OID && kind != Types::TypeDefault)
+            VELLUM_THROW(InvalidFormat, unknownLoadFormText("Key"));
+        loadFromStringOID(text, value_, SIZE, OID_PREFIX, 4, OID_FIXED_BYTES, 5);
+    }
+
+    Templates::wstring toString(Types::StringRepresentationEncodingType kind) const override
+    {
+        if (kind != Types::OID && kind != Types::TypeDefault)
+            VELLUM_THROW(InvalidFormat, unknownRenderFormText("Key"));
+        return toStringOID(value_, OID_PREFIX, 4, OID_FIRST_BYTE, SIZE);
+    }
+};
+
+Key::Key(unsigned char const * bytes) : impl_(new Impl(bytes)) {}
+
+Key::Key(Value & value) : impl_(nullptr)
+{
+    unsigned char bytes[SIZE];
+    value.readValue(bytes, SIZE);
+    impl_ = new Impl(bytes);
+}
+
+Key::Key(unsigned short const * text, Types::StringRepresentationEncodingType kind) : impl_(new Impl)
+{
+    try
+    {
+        if (kind == Types::Dotted)
+            impl_->loadFromStringDotted(text);
+        else
+            impl_->loadFromString(text, kind);
+    }
+    catch (...)
+    {
+        delete impl_;
+        throw;
+    }
+}
+
+Key::Key(Key const & other) : impl_(new Impl(other.impl_->value_)) {}
+
+Key & Key::operator=(Key const & other)
+{
+    std::memcpy(impl_->value_, other.impl_->value_, SIZE);
+    return *this;
+}
+
+Key::~Key()
+{
+    delete impl_;
+}
+
+unsigned char Key::lengthFieldLength() const
+{
+    if (!isLocalSet(*this))
+        return 0;
+    unsigned char bits = impl_->value_[5] & 0x60;
+    if (bits == 0x60)
+        return 4;
+    return static_cast<unsigned char>(impl_->value_[5] >> 5);
+}
+
+unsigned char Key::localTagFieldLength() const
+{
+    if (!isLocalSet(*this))
+        return 0;
+    unsigned char bits = impl_->value_[5] & 0x18;
+    if (bits == 0x18)
+        return 4;
+    if (bits == 0x10)
+        return 2;
+    return 1;
+}
+
+Templates::wstring Key::toString(Types::StringRepresentationEncodingType kind) const
+{
+    if (kind == Types::Dotted)
+        return impl_->toStringDotted();
+    return impl_->toString(kind);
+}
+
+unsigned char const * Key::rawBuffer() const
+{
+    return impl_->value_;
+}
+
+unsigned char Key::operator[](unsigned index) const
+{
+    if (index >= SIZE)
+        VELLUM_THROW(IndexOutOfBounds, "Index out of bounds");
+    return impl_->value_[index];
+}
+
+unsigned char & Key::operator[](unsigned index)
+{
+    if (index >= SIZE)
+        VELLUM_THROW(IndexOutOfBounds, "Index out of bounds");
+    return impl_->value_[index];
+}
+
+bool operator==(Key const & a, Key const & b)
+{
+    return std::memcmp(a.rawBuffer(), b.rawBuffer(), Key::SIZE) == 0;
+}
+
+bool operator!=(Key const & a, Key const & b)
+{
+    return !(a == b);
+}
+
+bool operator<(Key const & a, Key const & b)
+{
+    return std::memcmp(a.rawBuffer(), b.rawBuffer(), Key::SIZE) < 0;
+}
+
+std::ostream & operator<<(std::ostream & stream, Key const & key)
+{
+    return stream << Utils::narrow(key.toString(Types::Dotted));
+}
+} // namespace KLV
+} // namespace Vellum
