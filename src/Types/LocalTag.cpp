@@ -51,7 +51,8 @@ LocalTag::LocalTag(LocalTag const & other) : SimpleDataType(other), impl_(new Im
 
 LocalTag & LocalTag::operator=(LocalTag const & other)
 {
-    std::memcpy(impl_->value_, other.impl_->value_, SIZE);
+    if (this != &other)
+        std::memcpy(impl_->value_, other.impl_->value_, SIZE);
     return *this;
 }
 

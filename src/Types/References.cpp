@@ -34,7 +34,8 @@ StrongReference::StrongReference(StrongReference const & other) : Reference(othe
 
 StrongReference & StrongReference::operator=(StrongReference const & other)
 {
-    std::memcpy(impl_->value_, other.impl_->value_, SIZE);
+    if (this != &other)
+        std::memcpy(impl_->value_, other.impl_->value_, SIZE);
     return *this;
 }
 
@@ -114,7 +115,8 @@ WeakReference::WeakReference(WeakReference const & other) : Reference(other), im
 
 WeakReference & WeakReference::operator=(WeakReference const & other)
 {
-    std::memcpy(impl_->value_, other.impl_->value_, SIZE);
+    if (this != &other)
+        std::memcpy(impl_->value_, other.impl_->value_, SIZE);
     return *this;
 }
 

@@ -80,7 +80,8 @@ UMID32::UMID32(UMID32 const & other) : UID(other), impl_(new Impl(other.impl_->v
 
 UMID32 & UMID32::operator=(UMID32 const & other)
 {
-    std::memcpy(impl_->value_, other.impl_->value_, SIZE);
+    if (this != &other)
+        std::memcpy(impl_->value_, other.impl_->value_, SIZE);
     return *this;
 }
 
@@ -146,7 +147,8 @@ UMID64::UMID64(UMID64 const & other) : UID(other), impl_(new Impl(other.impl_->v
 
 UMID64 & UMID64::operator=(UMID64 const & other)
 {
-    std::memcpy(impl_->value_, other.impl_->value_, SIZE);
+    if (this != &other)
+        std::memcpy(impl_->value_, other.impl_->value_, SIZE);
     return *this;
 }
 

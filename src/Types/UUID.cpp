@@ -45,7 +45,8 @@ UUID::UUID(UUID const & other) : UID(other), impl_(new Impl(other.impl_->value_)
 
 UUID & UUID::operator=(UUID const & other)
 {
-    std::memcpy(impl_->value_, other.impl_->value_, SIZE);
+    if (this != &other)
+        std::memcpy(impl_->value_, other.impl_->value_, SIZE);
     return *this;
 }
 

@@ -59,7 +59,8 @@ UniversalLabel::UniversalLabel(UniversalLabel const & other) : UID(other), impl_
 
 UniversalLabel & UniversalLabel::operator=(UniversalLabel const & other)
 {
-    std::memcpy(impl_->value_, other.impl_->value_, SIZE);
+    if (this != &other)
+        std::memcpy(impl_->value_, other.impl_->value_, SIZE);
     return *this;
 }
 

@@ -141,6 +141,9 @@ TYPED_TEST(IdentifierCommonTest, HoldsCopiesAndWritesItsBytes)
     assigned = TypeParam();
     EXPECT_EQ(Bytes(TypeParam::SIZE, 0), bytesOf(assigned.rawBuffer(), TypeParam::SIZE));
     EXPECT_EQ(bytes, bytesOf(id.rawBuffer(), TypeParam::SIZE));
+    TypeParam const & alias = id;
+    id = alias;
+    EXPECT_EQ(bytes, bytesOf(id.rawBuffer(), TypeParam::SIZE));
 
     Templates::auto_ptr<Types::SimpleDataType> clone = id.clone();
     ASSERT_NE(nullptr, clone.get());
