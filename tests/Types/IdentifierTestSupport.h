@@ -1,5 +1,5 @@
 #pragma once
-// Helpers shared by the identifier tests: text conversion, random bytes from a fixed seed, a
+// Helpers shared by the identifier tests: text conversion, random bytes that repeat from run to run, a
 // visitor that tells which class it saw, and a way to catch an exception's code and message.
 
 #include <functional>
