@@ -159,7 +159,7 @@ T * getAs(Visitable & value)
 }
 
 // Assigns `source` to the value visited, which must be of the same type; otherwise throws
-// InvalidType and leaves the value as it was.
+// InvalidType and leaves the value as it was. The source must outlive the visitor.
 class SetterVisitor : public NonConstVisitor
 {
 public:
@@ -173,8 +173,8 @@ private:
     BaseType const & source_;
 };
 
-// Assigns a T to the value visited, which must be a T too; otherwise throws InvalidType and
-// leaves the value as it was.
+// Assigns its own copy of a T to the value visited, which must be a T too; otherwise throws
+// InvalidType and leaves the value as it was.
 template <class T>
 class ValueToSetVisitor : public NonConstVisitor
 {
@@ -197,7 +197,7 @@ private:
             Detail::throwTypeMismatch();
     }
 
-    T const & value_;
+    T value_;
 };
 } // namespace Visitors
 } // namespace Types

@@ -42,6 +42,7 @@ public:
     // Uses the fixed-size maker of `type`. No maker throws NoFactory "No Factory for type".
     virtual Templates::auto_ptr<SimpleDataType> create(KLV::Value & value, Identifiers::Identifier type) = 0;
 
+    // Registering replaces the maker held for `type`; a null maker removes it.
     virtual void registerFixedSizeMaker(Identifiers::Identifier type, FixedSizeMaker maker) = 0;
     virtual bool hasFixedSizeMaker(Identifiers::Identifier type) const = 0;
     virtual void registerVariableSizeMaker(Identifiers::Identifier type, VariableSizeMaker maker) = 0;

@@ -85,7 +85,10 @@ public:
 
     void registerFixedSizeMaker(Identifiers::Identifier type, FixedSizeMaker maker) override
     {
-        fixedSizeMakers_[type] = maker;
+        if (maker == nullptr)
+            fixedSizeMakers_.erase(type);
+        else
+            fixedSizeMakers_[type] = maker;
     }
 
     bool hasFixedSizeMaker(Identifiers::Identifier type) const override
@@ -95,7 +98,10 @@ public:
 
     void registerVariableSizeMaker(Identifiers::Identifier type, VariableSizeMaker maker) override
     {
-        variableSizeMakers_[type] = maker;
+        if (maker == nullptr)
+            variableSizeMakers_.erase(type);
+        else
+            variableSizeMakers_[type] = maker;
     }
 
     bool hasVariableSizeMaker(Identifiers::Identifier type) const override
