@@ -68,7 +68,8 @@ Templates::wstring stringToWstring(char const * text)
                 break;
             c = (c << 6) | (p[i] & 0x3F);
         }
-        if (i <= extra)
+        // A broken sequence, or one beyond the last code point: take the lead byte as Latin-1.
+        if (i <= extra || c > 0x10FFFF)
         {
             out.push_back(static_cast<unsigned short>(*p++));
             continue;

@@ -23,19 +23,19 @@ struct Listed
     std::string kind;
 };
 
-struct Run
+struct ToolRun
 {
     int status;
     std::string out;
 };
 
-Run runTool(std::string const & arguments)
+ToolRun runTool(std::string const & arguments)
 {
     std::string command = std::string(VELLUM_TOOL_PATH) + " " + arguments + " 2>&1";
-    Run run{0, std::string()};
+    ToolRun run{0, std::string()};
     FILE * pipe = ::popen(command.c_str(), "r");
     if (pipe == nullptr)
-        return Run{-1, std::string()};
+        return ToolRun{-1, std::string()};
     std::array<char, 65536> buffer;
     size_t got;
     while ((got = std::fread(buffer.data(), 1, buffer.size(), pipe)) != 0)
@@ -114,7 +114,7 @@ void compareWithPlainWalk(std::string const & path)
     ASSERT_FALSE(bytes.empty());
     unsigned long long runIn = 0;
     std::vector<Listed> expected = plainWalk(bytes, runIn);
-    Run run = runTool("klv '" + path + "'");
+    ToolRun run = runTool("klv '" + path + "'");
     ASSERT_EQ(0, run.status) << run.out.substr(0, 2000);
     std::vector<Listed> listed = parseListing(run.out);
     ASSERT_EQ(expected.size(), listed.size());
@@ -132,7 +132,9 @@ void compareWithPlainWalk(std::string const & path)
     EXPECT_GE(partitions, 1u);
     EXPECT_NE(std::string::npos, run.out.find(" primer\n"));
     if (runIn != 0)
+    {
         EXPECT_NE(std::string::npos, run.out.find("run-in: " + std::to_string(runIn) + " bytes"));
+    }
 }
 } // namespace
 
@@ -151,13 +153,13 @@ TEST(KlvTool, ListsEveryPacketOfFfmpegFiles)
     if (op1a.empty())
         GTEST_SKIP() << "ffmpeg is not installed";
     compareWithPlainWalk(op1a);
-    Run run = runTool("klv '" + op1a + "'");
+    ToolRun run = runTool("klv '" + op1a + "'");
     // The OP1a file carries picture and sound elements, an index and a closed footer.
     EXPECT_NE(std::string::npos, run.out.find("essence element"));
     EXPECT_NE(std::string::npos, run.out.find("index segment"));
     EXPECT_NE(std::string::npos, run.out.find("partition pack (footer, closed complete)"));
     EXPECT_NE(std::string::npos, run.out.find("random index pack"));
-    for (std::string const & name : {"opatom-dnxhd.mxf", "opatom-pcm.mxf", "d10.mxf"})
+    for (char const * name : {"opatom-dnxhd.mxf", "opatom-pcm.mxf", "d10.mxf"})
     {
         std::string path = VellumTest::ffmpegFixture(name);
         ASSERT_FALSE(path.empty()) << name;
@@ -171,7 +173,7 @@ TEST(KlvTool, LimitRunInAndDamage)
     std::vector<unsigned char> bytes = VellumTest::readFile(source);
     ASSERT_GT(bytes.size(), 1000u);
 
-    Run limited = runTool("klv --limit 3 '" + source + "'");
+    ToolRun limited = runTool("klv --limit 3 '" + source + "'");
     EXPECT_EQ(0, limited.status);
     EXPECT_EQ(3u, parseListing(limited.out).size());
 
@@ -183,7 +185,7 @@ TEST(KlvTool, LimitRunInAndDamage)
         out.write(runIn.data(), runIn.size());
         out.write(reinterpret_cast<char const *>(bytes.data()), bytes.size());
     }
-    Run shifted = runTool("klv '" + withRunIn + "'");
+    ToolRun shifted = runTool("klv '" + withRunIn + "'");
     EXPECT_EQ(0, shifted.status) << shifted.out;
     EXPECT_EQ(0u, shifted.out.find("run-in: 100 bytes\n"));
     std::vector<Listed> shiftedList = parseListing(shifted.out);
@@ -196,7 +198,7 @@ TEST(KlvTool, LimitRunInAndDamage)
         std::ofstream out(cut, std::ios::binary);
         out.write(reinterpret_cast<char const *>(bytes.data()), bytes.size() / 2);
     }
-    Run damaged = runTool("klv '" + cut + "'");
+    ToolRun damaged = runTool("klv '" + cut + "'");
     EXPECT_EQ(1, damaged.status);
     EXPECT_FALSE(parseListing(damaged.out).empty());
     EXPECT_NE(std::string::npos, damaged.out.find("vellum klv: "));
@@ -212,12 +214,12 @@ TEST(KlvTool, LimitRunInAndDamage)
         out.write("\x01\x02\x03", 3);
         out.write(reinterpret_cast<char const *>(bytes.data()) + packets[2].offset, bytes.size() - packets[2].offset);
     }
-    Run skipped = runTool("klv '" + garbage + "'");
+    ToolRun skipped = runTool("klv '" + garbage + "'");
     EXPECT_EQ(1, skipped.status);
     EXPECT_EQ(2u, parseListing(skipped.out).size());
     EXPECT_NE(std::string::npos, skipped.out.find("Exceeded maximum bytes to skip before finding a key."));
 
-    Run missing = runTool("klv /nonexistent/file.mxf");
+    ToolRun missing = runTool("klv /nonexistent/file.mxf");
     EXPECT_EQ(1, missing.status);
     EXPECT_NE(std::string::npos, missing.out.find("Error opening: '/nonexistent/file.mxf'"));
 
@@ -228,7 +230,7 @@ TEST(KlvTool, LimitRunInAndDamage)
 
 TEST(InfoTool, SummarisesTheShippedExample)
 {
-    Run run = runTool(std::string("info '") + VELLUM_SOURCE_DIR + "/examples/small.mxf'");
+    ToolRun run = runTool(std::string("info '") + VELLUM_SOURCE_DIR + "/examples/small.mxf'");
     ASSERT_EQ(0, run.status) << run.out;
     EXPECT_NE(std::string::npos, run.out.find("run-in: 0 bytes"));
     EXPECT_NE(std::string::npos, run.out.find("partition pack (header, closed complete)"));

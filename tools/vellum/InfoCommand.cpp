@@ -27,7 +27,7 @@ int infoCommand(Arguments const & arguments)
         k.second += packet.length;
         if (packet.kind == PacketKind::PartitionPack)
             partitions.push_back(packet);
-        if (packet.kind == PacketKind::EssenceElement || packet.kind == PacketKind::SystemItem)
+        if (packet.kind == PacketKind::EssenceElement)
         {
             std::pair<std::uint64_t, std::uint64_t> & s = streams[dotted(packet.key)];
             ++s.first;

@@ -5,6 +5,7 @@
 #include "DataIO/File/FileDataSource.h"
 #include "Exceptions/Exceptions.h"
 #include "KLV/Packet.h"
+#include "KLV/KeyPredicates.h"
 #include "KLV/Reader.h"
 #include "Utils/Text.h"
 
