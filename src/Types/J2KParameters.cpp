@@ -1,8 +1,11 @@
 #include "Types/J2KParameters.h"
 
+#include <cstring>
+
 #include "Exceptions/Exceptions.h"
 #include "KLV/Value.h"
-#include "Types/OpaqueBytes.h"
+#include "DataIO/Memory/MemoryBlock.h"
+#include "Types/ValueBytes.h"
 #include "Types/ValueHandleImpl.h"
 #include "Types/WireOrder.h"
 
@@ -43,22 +46,55 @@ unsigned char J2KPictureComponent::yRSizi() const
 
 VELLUM_DEFINE_VALUE_HANDLE(J2KPictureComponent)
 
-// The whole wire image in one run, and the tail behind a header of `headerSize` bytes as a
-// DataStream of its own.
+// The whole wire image in one memory block, and the tail behind a header of `headerSize` bytes as
+// a DataStream of its own. Copies get a block of their own.
 template <unsigned headerSize>
-struct J2KHeaderAndTail : OpaqueBytes
+struct J2KHeaderAndTail
 {
+    VELLUM_CLASS_ALLOCATION
+    DataIO::BlockHolder baseRawBuffer;
     DataStream tail;
 
-    explicit J2KHeaderAndTail(KLV::Value & value) : OpaqueBytes(value), tail(tailOf(bytes)) {}
-    explicit J2KHeaderAndTail(Templates::vector<unsigned char> const & image)
-        : OpaqueBytes(image.data(), image.size()), tail(tailOf(bytes))
+    // Reads all that remains of the value. The bytes are collected as they arrive, so the block is
+    // sized by what the source really held, not by what the file claims.
+    explicit J2KHeaderAndTail(KLV::Value & value) : tail(nullptr, 0)
     {
+        Templates::vector<unsigned char> image;
+        ValueBytes::readRemaining(value, image);
+        take(blockOf(image.data(), image.size()));
+    }
+    // Takes over a block that holds the image.
+    explicit J2KHeaderAndTail(DataIO::BlockHolder const & block) : tail(nullptr, 0) { take(block); }
+    J2KHeaderAndTail(J2KHeaderAndTail const & other) : tail(nullptr, 0)
+    {
+        take(blockOf(other.rawBuffer(), other.baseRawBuffer.block()->size()));
+    }
+    J2KHeaderAndTail & operator=(J2KHeaderAndTail const & other)
+    {
+        if (this != &other)
+            take(blockOf(other.rawBuffer(), other.baseRawBuffer.block()->size()));
+        return *this;
     }
 
-    static DataStream tailOf(Templates::vector<unsigned char> const & image)
+    static DataIO::BlockHolder newBlock(uint64 size) { return DataIO::Memory::MemoryBlockFactory::instance().create(size); }
+
+    static DataIO::BlockHolder blockOf(unsigned char const * data, uint64 size)
     {
-        return DataStream(image.data() + headerSize, static_cast<unsigned int>(image.size() - headerSize));
+        DataIO::BlockHolder block = newBlock(size);
+        std::memcpy(block->data(), data, static_cast<std::size_t>(size));
+        return block;
+    }
+
+    unsigned char const * rawBuffer() const { return baseRawBuffer.block()->data(); }
+    unsigned short size() const { return static_cast<unsigned short>(baseRawBuffer.block()->size()); }
+
+private:
+    void take(DataIO::BlockHolder const & block)
+    {
+        DataIO::Block const & image = *block.block();
+        DataStream newTail(image.data() + headerSize, static_cast<unsigned int>(image.size() - headerSize));
+        baseRawBuffer = block;
+        tail = newTail;
     }
 };
 
@@ -83,25 +119,26 @@ J2KCodingStyleDefault::J2KCodingStyleDefault(unsigned char scod, unsigned int sG
 {
     THROW_UNLESS(InvalidValue, spcodBufferSize >= MINIMUM_J2KCODINGSTYLEDEFAULT_SPCOD_SIZE,
                  "J2KCodingStyleDefault Spcod item size is smaller than required. Spcod must be at least 5 bytes.");
-    Templates::vector<unsigned char> image(5);
-    image[0] = scod;
-    WireOrder::store(image.data() + 1, static_cast<uint32>(sGcod));
-    image.insert(image.end(), spcod, spcod + spcodBufferSize);
-    THROW_UNLESS_TEXT(InvalidValue, image.size() >= MINIMUM_J2KCODINGSTYLEDEFAULT_SIZE,
+    DataIO::BlockHolder block = Impl::newBlock(spcodBufferSize + 5);
+    THROW_UNLESS_TEXT(InvalidValue, block->size() >= MINIMUM_J2KCODINGSTYLEDEFAULT_SIZE,
                       "baseRawBuffer_.block () -> size () >= MINIMUM_J2KCODINGSTYLEDEFAULT_SIZE",
                       "J2KCodingStyleDefault size is smaller than required. J2KCodingStyleDefault must be at least 10 "
                       "bytes.");
-    impl_ = new Impl(image);
+    unsigned char * image = block->data();
+    image[0] = scod;
+    WireOrder::store(image + 1, static_cast<uint32>(sGcod));
+    std::memcpy(image + 5, spcod, static_cast<std::size_t>(spcodBufferSize));
+    impl_ = new Impl(block);
 }
 
 unsigned char J2KCodingStyleDefault::scod() const
 {
-    return impl_->bytes[0];
+    return impl_->rawBuffer()[0];
 }
 
 unsigned int J2KCodingStyleDefault::sGcod() const
 {
-    return WireOrder::load<uint32>(impl_->bytes.data() + 1);
+    return WireOrder::load<uint32>(impl_->rawBuffer() + 1);
 }
 
 DataStream const & J2KCodingStyleDefault::spcod() const
@@ -132,18 +169,20 @@ J2KQuantisationDefault::J2KQuantisationDefault(unsigned char sqcd, unsigned char
 {
     THROW_UNLESS(InvalidValue, sPgcdBufferSize >= MINIMUM_J2KQUANTISATIONDEFAULT_SPGCD_SIZE,
                  "J2KQuantisationDefault sPgcd item size is smaller than required. Spcod must be at least 1 bytes.");
-    Templates::vector<unsigned char> image(1, sqcd);
-    image.insert(image.end(), sPgcd, sPgcd + sPgcdBufferSize);
-    THROW_UNLESS_TEXT(InvalidValue, image.size() >= MINIMUM_J2KQUANTISATIONDEFAULT_SIZE,
+    DataIO::BlockHolder block = Impl::newBlock(sPgcdBufferSize + 1);
+    THROW_UNLESS_TEXT(InvalidValue, block->size() >= MINIMUM_J2KQUANTISATIONDEFAULT_SIZE,
                       "baseRawBuffer_.block () -> size () >= MINIMUM_J2KQUANTISATIONDEFAULT_SIZE",
                       "J2KQuantisationDefault size is smaller than required. J2KCodingStyleDefault must be at least 2 "
                       "bytes.");
-    impl_ = new Impl(image);
+    unsigned char * image = block->data();
+    image[0] = sqcd;
+    std::memcpy(image + 1, sPgcd, static_cast<std::size_t>(sPgcdBufferSize));
+    impl_ = new Impl(block);
 }
 
 unsigned char J2KQuantisationDefault::sqcd() const
 {
-    return impl_->bytes[0];
+    return impl_->rawBuffer()[0];
 }
 
 DataStream const & J2KQuantisationDefault::sPgcd() const

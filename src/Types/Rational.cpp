@@ -71,6 +71,10 @@ struct Rational::Impl : FixedBytes<8>
 
 Rational::Rational(int numerator, int denominator) : impl_(new Impl(numerator, denominator)) {}
 
+Rational::Rational(Templates::Rational<int> const & value) : impl_(new Impl(value.numerator(), value.denominator()))
+{
+}
+
 Rational::Rational(KLV::Value & value) : impl_(new Impl(value)) {}
 
 int Rational::numerator() const
@@ -93,6 +97,11 @@ double Rational::toDouble() const
     if (impl_->undefined)
         return impl_->numerator();
     return double(impl_->numerator()) / double(impl_->denominator());
+}
+
+Templates::Rational<int> Rational::value() const
+{
+    return Templates::Rational<int>(impl_->numerator(), impl_->denominator());
 }
 
 void Rational::normalize()

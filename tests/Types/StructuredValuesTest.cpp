@@ -129,6 +129,12 @@ TEST(StructuredValues, RationalWireAndUndefined)
     EXPECT_EQ(1, undefined.numerator());
     EXPECT_EQ(0, undefined.denominator());
 
+    Types::Rational fromRate(Templates::Rational<int>(60000, 2002));
+    EXPECT_EQ(Bytes({0, 0, 0x75, 0x30, 0, 0, 0x03, 0xE9}), wire(fromRate));
+    Templates::Rational<int> rate = Types::Rational(50, -4).value();
+    EXPECT_EQ(-25, rate.numerator());
+    EXPECT_EQ(2, rate.denominator());
+
     ValueOver over(Bytes{0, 0, 0, 5, 0, 0, 0, 0});
     Types::Rational read(over.value());
     EXPECT_TRUE(read.isUndefined());

@@ -163,6 +163,13 @@ TEST(OpaqueValues, J2KCodingStyleDefault)
               "smaller than required. Spcod must be at least 5 bytes.",
               t.message);
 
+    // A size that wraps the block's size around fails on the block.
+    t = thrownBy([&] { Types::J2KCodingStyleDefault c(1, 2, spcod, ~uint64(0) - 2); });
+    EXPECT_EQ(Exceptions::InvalidValue::ERROR_CODE, t.code);
+    EXPECT_EQ("baseRawBuffer_.block () -> size () >= MINIMUM_J2KCODINGSTYLEDEFAULT_SIZE: J2KCodingStyleDefault size "
+              "is smaller than required. J2KCodingStyleDefault must be at least 10 bytes.",
+              t.message);
+
     // Copies keep their own spcod.
     Types::J2KCodingStyleDefault copy(made);
     made = read;
