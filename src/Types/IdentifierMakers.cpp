@@ -1,6 +1,4 @@
 // The identifier types' makers for the type factory.
-#if __has_include("Types/Factories/BaseTypeFactory.h")
-
 #include "Types/IdentifierMakers.h"
 
 #include "KLV/Value.h"
@@ -42,5 +40,3 @@ void registerIdentifierMakers(BaseTypeFactory & factory)
 } // namespace Factories
 } // namespace Types
 } // namespace Vellum
-
-#endif

@@ -1,5 +1,4 @@
 // The type factory makes every identifier type from the bytes of a value.
-#if __has_include("Types/Factories/BaseTypeFactory.h")
 
 #include <gtest/gtest.h>
 
@@ -54,5 +53,3 @@ TEST(IdentifierMakersTest, FactoryMakesEachIdentifierType)
         EXPECT_EQ("Invalid data size in Value", thrown.message);
     }
 }
-
-#endif
