@@ -2,9 +2,6 @@
 // to their base classes, and assignment.
 #include "Types/Visitors.h"
 
-#if __has_include("Types/UniversalLabel.h") && __has_include("Types/UUID.h") && __has_include("Types/UMID.h") && \
-    __has_include("Types/LocalTag.h") && __has_include("Types/References.h")
-
 #include "Types/LocalTag.h"
 #include "Types/References.h"
 #include "Types/UMID.h"
@@ -49,29 +46,4 @@ VELLUM_SET_FROM_SOURCE(LocalTag)
 } // namespace Types
 } // namespace Vellum
 
-#else
 
-// A build without the identifier classes has no such values, so nothing can reach these visits.
-namespace Vellum
-{
-namespace Types
-{
-namespace Visitors
-{
-#define VELLUM_UNREACHABLE_VISITS(Type)                                                           \
-    void DelegateToBaseVisitor::visit(Type const &) {}                                            \
-    void NonConstDelegateToBaseVisitor::visit(Type &) {}                                          \
-    void SetterVisitor::visit(Type &) { Detail::throwTypeMismatch(); }
-VELLUM_UNREACHABLE_VISITS(UniversalLabel)
-VELLUM_UNREACHABLE_VISITS(UUID)
-VELLUM_UNREACHABLE_VISITS(UMID32)
-VELLUM_UNREACHABLE_VISITS(UMID64)
-VELLUM_UNREACHABLE_VISITS(StrongReference)
-VELLUM_UNREACHABLE_VISITS(WeakReference)
-VELLUM_UNREACHABLE_VISITS(LocalTag)
-#undef VELLUM_UNREACHABLE_VISITS
-} // namespace Visitors
-} // namespace Types
-} // namespace Vellum
-
-#endif
