@@ -7,7 +7,8 @@ namespace Types
 {
 namespace Release
 {
-enum ReleaseVersion
+// Sixteen bits wide, as the field that carries it: any number read from a file is a value.
+enum ReleaseVersion : unsigned short
 {
     UNKNOWN_VERSION = 0,
     RELEASED_VERSION = 1,

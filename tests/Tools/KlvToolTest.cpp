@@ -237,3 +237,61 @@ TEST(InfoTool, SummarisesTheShippedExample)
     // One picture and one sound stream.
     EXPECT_NE(std::string::npos, run.out.find("essence streams: 2\n"));
 }
+
+TEST(KlvTool, DecodesPartitionPacksPrimerAndRip)
+{
+    std::string source = std::string(VELLUM_SOURCE_DIR) + "/examples/small.mxf";
+    ToolRun run = runTool("klv --primer '" + source + "'");
+    ASSERT_EQ(0, run.status) << run.out;
+    std::vector<unsigned char> bytes = VellumTest::readFile(source);
+    unsigned long long runIn = 0;
+    std::vector<Listed> packets = plainWalk(bytes, runIn);
+
+    // Every partition pack's own offset and the footer offset are printed as the file holds them.
+    unsigned long long footer = 0;
+    std::vector<unsigned long long> partitionOffsets;
+    for (Listed const & p : packets)
+        if (p.key.compare(0, 38, "06.0e.2b.34.02.05.01.01.0d.01.02.01.01") == 0 && p.key[40] >= '2' &&
+            p.key[40] <= '4' && p.key[39] == '0')
+        {
+            partitionOffsets.push_back(p.offset);
+            if (p.key[40] == '4')
+                footer = p.offset;
+        }
+    ASSERT_EQ(3u, partitionOffsets.size());
+    for (unsigned long long offset : partitionOffsets)
+    {
+        EXPECT_NE(std::string::npos, run.out.find("this " + std::to_string(offset) + "  previous"));
+        EXPECT_NE(std::string::npos, run.out.find("partition at " + std::to_string(offset) + "  body SID"));
+    }
+    EXPECT_NE(std::string::npos, run.out.find("footer " + std::to_string(footer) + "\n"));
+    EXPECT_NE(std::string::npos, run.out.find("operational pattern 06.0e.2b.34.04.01.01.01.0d.01.02.01.01.01.09.00"));
+
+    // The Primer's table has as many lines as it has entries, one of them the instance UID.
+    size_t at = run.out.find("entries ");
+    ASSERT_NE(std::string::npos, at);
+    unsigned entries = std::stoul(run.out.substr(at + 8));
+    size_t tagLines = 0;
+    for (size_t p = run.out.find("            tag "); p != std::string::npos; p = run.out.find("            tag ", p + 1))
+        ++tagLines;
+    EXPECT_EQ(entries, tagLines);
+    EXPECT_NE(std::string::npos, run.out.find("tag 3c.0a  label 06.0e.2b.34.01.01.01.01.01.01.15.02.00.00.00.00"));
+
+    // A partition pack with a bad status byte: the walk stops with the pack's own complaint, after
+    // listing the packets before it and the damaged one.
+    std::vector<unsigned char> damaged = bytes;
+    damaged[partitionOffsets[1] + 14] = 0x00;
+    std::string path = VellumTest::temporaryPath(".mxf");
+    {
+        std::ofstream out(path, std::ios::binary);
+        out.write(reinterpret_cast<char const *>(damaged.data()), damaged.size());
+    }
+    ToolRun bad = runTool("klv '" + path + "'");
+    EXPECT_EQ(1, bad.status);
+    EXPECT_NE(std::string::npos, bad.out.find("vellum klv: Exception 'Vellum::Exceptions::InvalidPartitionStatus'"));
+    EXPECT_NE(std::string::npos, bad.out.find("The key defines an invalid partition status"));
+    std::vector<Listed> listed = parseListing(bad.out);
+    ASSERT_FALSE(listed.empty());
+    EXPECT_EQ(partitionOffsets[1], listed.back().offset);
+    std::remove(path.c_str());
+}

@@ -355,3 +355,40 @@ TEST(SMPTETimeCodeTest, Extended)
     TimeCode const & plain = tc;
     EXPECT_TRUE(plain == TimeCode(25, 1, 2, 3, 4, false, false));
 }
+
+// A whole day of frame counters at every common rate: from the counter and back, and by
+// counting up one unit at a time, the two roads give the same timecode. At 50 and 60 frames
+// per second a unit is one field of a frame pair.
+TEST(SMPTETimeCodeTest, WholeDayAtEveryCommonRate)
+{
+    struct Rate
+    {
+        unsigned char fps;
+        bool dropFrame;
+    };
+    // 29.97 and 59.94 travel as 30 and 60 with drop frame.
+    Rate const rates[] = {{24, false}, {25, false}, {30, true}, {30, false}, {50, false}, {60, true}, {60, false}};
+    for (Rate const & rate : rates)
+    {
+        SCOPED_TRACE(std::to_string(rate.fps) + (rate.dropFrame ? " DF" : ""));
+        // A day holds 108 fewer counts an hour with drop frame, per unit of the pair.
+        uint64 perDay = uint64(rate.fps) * 86400 - (rate.dropFrame ? 24 * 108 * (rate.fps / 30) : 0);
+        TimeCode counted(rate.fps, 0, rate.dropFrame);
+        unsigned mismatches = 0;
+        for (uint64 n = 0; n < perDay && mismatches < 5; ++n)
+        {
+            TimeCode fromCounter(rate.fps, int64(n), rate.dropFrame);
+            if (fromCounter.toFrameCounter() != n || !(fromCounter == counted) ||
+                fromCounter.fieldPhase() != counted.fieldPhase())
+            {
+                ++mismatches;
+                ADD_FAILURE() << "counter " << n << ": " << Vellum::Utils::narrow(fromCounter.toString(true, true)) << " vs "
+                              << Vellum::Utils::narrow(counted.toString(true, true));
+            }
+            ++counted;
+        }
+        // The day wraps to midnight.
+        EXPECT_EQ("00:00:00:00", Vellum::Utils::narrow(counted.toString(false, false)));
+        EXPECT_EQ(0u, counted.toFrameCounter());
+    }
+}

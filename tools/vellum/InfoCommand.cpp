@@ -21,7 +21,7 @@ int infoCommand(Arguments const & arguments)
     std::map<PacketKind, std::pair<std::uint64_t, std::uint64_t>> byKind; // count, bytes
     // Essence element keys with their count and value bytes: one line for each stream.
     std::map<std::string, std::pair<std::uint64_t, std::uint64_t>> streams;
-    WalkResult result = walk(arguments[0], 0, [&](PacketInfo const & packet) {
+    WalkResult result = walk(arguments[0], 0, [&](PacketInfo const & packet, Vellum::KLV::Packet &) {
         std::pair<std::uint64_t, std::uint64_t> & k = byKind[packet.kind];
         ++k.first;
         k.second += packet.length;

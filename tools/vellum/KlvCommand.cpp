@@ -1,4 +1,4 @@
-// vellum klv FILE [--limit N]: one line per KLV packet.
+// vellum klv FILE [--limit N] [--primer]: one line per KLV packet, with the packs decoded.
 
 #include <cinttypes>
 #include <cstdio>
@@ -6,6 +6,7 @@
 
 #include "Commands.h"
 #include "KlvWalk.h"
+#include "PackPrint.h"
 
 namespace VellumTool
 {
@@ -13,6 +14,7 @@ int klvCommand(Arguments const & arguments)
 {
     std::string path;
     std::uint64_t limit = 0;
+    bool primerTable = false;
     for (std::size_t i = 0; i < arguments.size(); ++i)
     {
         if (arguments[i] == "--limit" && i + 1 < arguments.size())
@@ -25,22 +27,24 @@ int klvCommand(Arguments const & arguments)
                 return 2;
             }
         }
+        else if (arguments[i] == "--primer")
+            primerTable = true;
         else if (path.empty() && arguments[i].compare(0, 2, "--") != 0)
             path = arguments[i];
         else
         {
-            std::fprintf(stderr, "usage: vellum klv FILE [--limit N]\n");
+            std::fprintf(stderr, "usage: vellum klv FILE [--limit N] [--primer]\n");
             return 2;
         }
     }
     if (path.empty())
     {
-        std::fprintf(stderr, "usage: vellum klv FILE [--limit N]\n");
+        std::fprintf(stderr, "usage: vellum klv FILE [--limit N] [--primer]\n");
         return 2;
     }
 
     bool runInReported = false;
-    WalkResult result = walk(path, limit, [&](PacketInfo const & packet) {
+    WalkResult result = walk(path, limit, [&](PacketInfo const & packet, Vellum::KLV::Packet & klv) {
         if (!runInReported)
         {
             runInReported = true;
@@ -49,6 +53,12 @@ int klvCommand(Arguments const & arguments)
         }
         std::printf("%10" PRIu64 "  %s  ber %u  length %" PRIu64 "  %s\n", packet.offset, dotted(packet.key).c_str(),
                     packet.berLength, packet.length, describe(packet).c_str());
+        if (packet.kind == PacketKind::PartitionPack)
+            printPartitionPack(Vellum::Packs::PartitionPack(klv));
+        else if (packet.kind == PacketKind::Primer)
+            printPrimer(Vellum::Packs::PrimerPack(klv), primerTable);
+        else if (packet.kind == PacketKind::RandomIndexPack)
+            printRandomIndexPack(Vellum::Packs::RandomIndexPack(klv));
     });
     std::fflush(stdout);
     if (!result.error.empty())

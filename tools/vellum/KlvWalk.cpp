@@ -135,7 +135,7 @@ std::string describe(PacketInfo const & packet)
     return kindWord(packet.kind);
 }
 
-WalkResult walk(std::string const & path, std::uint64_t limit, std::function<void(PacketInfo const &)> const & visit)
+WalkResult walk(std::string const & path, std::uint64_t limit, Visitor const & visit)
 {
     WalkResult result;
     try
@@ -161,12 +161,13 @@ WalkResult walk(std::string const & path, std::uint64_t limit, std::function<voi
                             PacketKind::Other};
             info.kind = classify(info.key);
             ++result.packets;
-            visit(info);
+            visit(info, *packet);
             Vellum::uint64 end = info.offset + 16 + info.berLength;
             if (info.length > result.fileSize || end + info.length > result.fileSize)
             {
-                result.error = "the value of the packet at offset " + std::to_string(info.offset) + " runs " +
-                               std::to_string(end + info.length - result.fileSize) + " bytes past the end of the file";
+                result.error = "the value of the packet at offset " + std::to_string(info.offset) + " (length " +
+                               std::to_string(info.length) + ") runs past the end of the file (" +
+                               std::to_string(result.fileSize) + " bytes)";
                 break;
             }
         }

@@ -7,6 +7,7 @@
 #include <string>
 
 #include "KLV/Key.h"
+#include "KLV/Packet.h"
 
 namespace VellumTool
 {
@@ -50,5 +51,8 @@ struct WalkResult
 };
 
 // Calls `visit` for each packet, in file order, until the end, the limit (0: none) or a failure.
-WalkResult walk(std::string const & path, std::uint64_t limit, std::function<void(PacketInfo const &)> const & visit);
+// The visitor may read the packet's value; what it leaves is skipped. An exception of the library
+// thrown by the visitor ends the walk as a failure.
+typedef std::function<void(PacketInfo const &, Vellum::KLV::Packet &)> Visitor;
+WalkResult walk(std::string const & path, std::uint64_t limit, Visitor const & visit);
 } // namespace VellumTool
