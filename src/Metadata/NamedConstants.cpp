@@ -112,15 +112,15 @@ Templates::wstring clipKindToWString(ClipFrameworkClipKind kind)
 {
     switch (kind)
     {
-    case MovingPictures:
+    case MovingPicturesClipKind:
         return Utils::wide("Moving Pictures");
-    case Still:
+    case StillClipKind:
         return Utils::wide("Still");
-    case Graphic:
+    case GraphicClipKind:
         return Utils::wide("Graphic");
-    case Sound:
+    case SoundClipKind:
         return Utils::wide("Sound");
-    case Other:
+    case OtherClipKind:
         return Utils::wide("Other");
     default:
         return Utils::wide("Unknown");

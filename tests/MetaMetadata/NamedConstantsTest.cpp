@@ -74,11 +74,11 @@ TEST(NamedConstants, WrappingNullUMIDsAndClipKinds)
     for (unsigned i = 0; i < 64; ++i)
         EXPECT_EQ(0, umid64.rawBuffer()[i]);
 
-    EXPECT_EQ("Moving Pictures", n(DMS1::clipKindToWString(DMS1::MovingPictures)));
-    EXPECT_EQ("Still", n(DMS1::clipKindToWString(DMS1::Still)));
-    EXPECT_EQ("Graphic", n(DMS1::clipKindToWString(DMS1::Graphic)));
-    EXPECT_EQ("Sound", n(DMS1::clipKindToWString(DMS1::Sound)));
-    EXPECT_EQ("Other", n(DMS1::clipKindToWString(DMS1::Other)));
-    EXPECT_EQ("Unknown", n(DMS1::clipKindToWString(DMS1::Unknown)));
-    EXPECT_EQ("Unknown", n(DMS1::clipKindToWString(static_cast<DMS1::ClipFrameworkClipKind>(42))));
+    EXPECT_EQ("Moving Pictures", n(DMS1::clipKindToWString(DMS1::MovingPicturesClipKind)));
+    EXPECT_EQ("Still", n(DMS1::clipKindToWString(DMS1::StillClipKind)));
+    EXPECT_EQ("Graphic", n(DMS1::clipKindToWString(DMS1::GraphicClipKind)));
+    EXPECT_EQ("Sound", n(DMS1::clipKindToWString(DMS1::SoundClipKind)));
+    EXPECT_EQ("Other", n(DMS1::clipKindToWString(DMS1::OtherClipKind)));
+    EXPECT_EQ("Unknown", n(DMS1::clipKindToWString(DMS1::UnknownClipKind)));
+    EXPECT_EQ("Unknown", n(DMS1::clipKindToWString(static_cast<DMS1::ClipFrameworkClipKind>(6))));
 }

@@ -11,12 +11,12 @@ namespace DMS1
 {
 enum ClipFrameworkClipKind
 {
-    MovingPictures = 0,
-    Still = 1,
-    Graphic = 2,
-    Sound = 3,
-    Other = 4,
-    Unknown = 5
+    MovingPicturesClipKind = 0,
+    StillClipKind = 1,
+    GraphicClipKind = 2,
+    SoundClipKind = 3,
+    OtherClipKind = 4,
+    UnknownClipKind = 5
 };
 
 // "Moving Pictures", "Still", "Graphic", "Sound", "Other"; "Unknown" for anything else.
