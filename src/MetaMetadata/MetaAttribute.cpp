@@ -1,3 +1,6 @@
+// Attributes of sets: the schema attribute, the misplaced and the unknown one, and the element
+// behind any of them.
+
 #include "MetaMetadata/MetaAttribute.h"
 
 #include "MetaMetadata/Helpers.h"

@@ -1,3 +1,6 @@
+// The collection description and the four concrete descriptions of values, with the checks of
+// their constructors.
+
 #include "MetaMetadata/MetaCollectionElement.h"
 
 #include "Exceptions/Exceptions.h"

@@ -1,3 +1,5 @@
+// The abstract description of a value, and the two holders: of permitted values, of reference targets.
+
 #include "MetaMetadata/MetaElement.h"
 
 #include "MetaMetadata/MetaCollection.h"
