@@ -33,7 +33,7 @@ public:
     // `replaceExisting` the table first looks for a segment at the same start position and
     // replaces it (a segment repeated later in a file, perhaps completed); without it the segment
     // is simply inserted, and one already held at that position is kept while the new one is
-    // dropped.
+    // dropped. A null segment adds nothing.
     void add(Templates::auto_ptr<IndexTableSegment> segment, bool replaceExisting);
 
     // The segment that covers the edit unit, or null. A segment of duration 0 is still open and

@@ -53,7 +53,8 @@ public:
     VELLUM_CLASS_ALLOCATION
     typedef Templates::map<int, GOPStructuralInfo> GOPSizeMap;
 
-    // Reads the segment and works out the GOP structure of its index entries.
+    // Reads the segment and works out the GOP structure of its index entries. The structure is
+    // worked out once: entries changed or added afterwards are not looked at again.
     explicit IndexTableSegmentWithGOPInfo(KLV::Packet & packet, IndexTableSegmentListener * listener = nullptr);
     ~IndexTableSegmentWithGOPInfo() override;
 
@@ -76,7 +77,8 @@ public:
                            IndexTableSegmentWithGOPInfo const * next) const;
     // Completes the display order record of the edit unit stored at `index` from the adjoining
     // segment `neighbour`, when the picture stored there is displayed in the neighbour's span.
-    // An unknown answer leaves the record as it is.
+    // An unknown answer leaves the record as it is; an index past the records throws
+    // IndexOutOfBounds.
     void updateMissingIndex(unsigned int index, IndexTableSegmentWithGOPInfo const * neighbour) const;
 
 private:

@@ -91,6 +91,8 @@ unsigned int IndexTable::bodySID() const { return impl_->bodySID; }
 
 void IndexTable::add(Templates::auto_ptr<IndexTableSegment> segment, bool replaceExisting)
 {
+    if (!segment)
+        return;
     if (segment->bodySID().value() != impl_->bodySID)
         VELLUM_THROW(InvalidID, "Trying to load a IndexTable segment into a IndexTable with different bodySIDs");
     if (segment->indexSID() != nullptr && segment->indexSID()->value() != impl_->indexSID)
