@@ -12,7 +12,7 @@
 namespace IndexTest
 {
 // One index entry of a stream, in stored order.
-struct EntrySpec
+struct StoredEntry
 {
     int temporalOffset;
     int keyFrameOffset;
@@ -29,7 +29,7 @@ unsigned const B_FLAGS = 0x33;
 // every `distance`, B pictures between. Pictures are stored anchor first, then the B pictures
 // displayed before it. With `open`, the B pictures displayed in front of an I picture are stored
 // behind it and refer to the GOP before; otherwise the picture in front of an I is a P picture.
-inline std::vector<EntrySpec> mpegStream(int frames, int gop, int distance, bool open)
+inline std::vector<StoredEntry> mpegStream(int frames, int gop, int distance, bool open)
 {
     std::vector<char> type(static_cast<std::size_t>(frames), 'B');
     for (int d = 0; d < frames; ++d)
@@ -56,13 +56,13 @@ inline std::vector<EntrySpec> mpegStream(int frames, int gop, int distance, bool
     for (int s = 0; s < frames; ++s)
         storedOf[displayOf[s]] = s;
 
-    std::vector<EntrySpec> entries(static_cast<std::size_t>(frames));
+    std::vector<StoredEntry> entries(static_cast<std::size_t>(frames));
     int lastKey = -1;
     int keyBefore = -1;
     for (int s = 0; s < frames; ++s)
     {
         int d = displayOf[s];
-        EntrySpec & e = entries[s];
+        StoredEntry & e = entries[s];
         if (type[d] == 'I')
         {
             keyBefore = lastKey;
@@ -84,7 +84,7 @@ inline std::vector<EntrySpec> mpegStream(int frames, int gop, int distance, bool
     return entries;
 }
 
-inline Bytes gopSegmentPacket(std::vector<EntrySpec> const & entries, int from, int to, long long start,
+inline Bytes gopSegmentPacket(std::vector<StoredEntry> const & entries, int from, int to, long long start,
                               long long duration)
 {
     Bytes list;
@@ -98,7 +98,7 @@ inline Bytes gopSegmentPacket(std::vector<EntrySpec> const & entries, int from, 
 
 // A segment over entries [from, to), starting at `from`.
 inline std::unique_ptr<Vellum::IndexTables::IndexTableSegmentWithGOPInfo>
-gopSegment(std::vector<EntrySpec> const & entries, int from, int to)
+gopSegment(std::vector<StoredEntry> const & entries, int from, int to)
 {
     return parse<Vellum::IndexTables::IndexTableSegmentWithGOPInfo>(gopSegmentPacket(entries, from, to, from, to - from));
 }

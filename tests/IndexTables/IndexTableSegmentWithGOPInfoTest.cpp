@@ -10,7 +10,7 @@ using namespace IndexTest;
 namespace
 {
 // A segment over the given entries.
-std::unique_ptr<IndexTableSegmentWithGOPInfo> segmentOf(std::vector<EntrySpec> const & entries, long long start = 0)
+std::unique_ptr<IndexTableSegmentWithGOPInfo> segmentOf(std::vector<StoredEntry> const & entries, long long start = 0)
 {
     return parse<IndexTableSegmentWithGOPInfo>(
         gopSegmentPacket(entries, 0, static_cast<int>(entries.size()), start, static_cast<long long>(entries.size())));
@@ -28,7 +28,7 @@ std::vector<int> sizes(IndexTableSegmentWithGOPInfo const & segment)
 TEST(IndexTableSegmentWithGOPInfo, GopsInStoredOrder)
 {
     // I B B P B B I, as stored.
-    std::vector<EntrySpec> entries = {{0, 0, I_FIRST}, {0, -1, B_FLAGS}, {0, -2, B_FLAGS}, {0, -3, P_FLAGS},
+    std::vector<StoredEntry> entries = {{0, 0, I_FIRST}, {0, -1, B_FLAGS}, {0, -2, B_FLAGS}, {0, -3, P_FLAGS},
                                       {0, -4, B_FLAGS}, {0, -5, B_FLAGS}, {0, 0, I_FIRST}};
     std::unique_ptr<IndexTableSegmentWithGOPInfo> segment = segmentOf(entries);
     EXPECT_EQ(0, segment->firstKeyFramePosition());
@@ -51,7 +51,7 @@ TEST(IndexTableSegmentWithGOPInfo, GopsInStoredOrder)
     EXPECT_EQ("index < gopInfoVector_.size (): The IndexTableSegment is smaller than the given index.", t.message);
 
     // Pictures in front of the first key frame form GOP 0 and have no position.
-    std::vector<EntrySpec> late = {{0, -7, B_FLAGS}, {0, -8, B_FLAGS}, {0, 0, I_OPEN}, {0, -1, P_FLAGS}};
+    std::vector<StoredEntry> late = {{0, -7, B_FLAGS}, {0, -8, B_FLAGS}, {0, 0, I_OPEN}, {0, -1, P_FLAGS}};
     segment = segmentOf(late);
     EXPECT_EQ(2, segment->firstKeyFramePosition());
     EXPECT_EQ(std::vector<int>({2, 2}), sizes(*segment));
@@ -63,7 +63,7 @@ TEST(IndexTableSegmentWithGOPInfo, GopsInStoredOrder)
 
 TEST(IndexTableSegmentWithGOPInfo, WithoutKeyFramesAndWithoutEntries)
 {
-    std::vector<EntrySpec> entries = {{0, -3, P_FLAGS}, {0, -4, B_FLAGS}, {0, -5, B_FLAGS}};
+    std::vector<StoredEntry> entries = {{0, -3, P_FLAGS}, {0, -4, B_FLAGS}, {0, -5, B_FLAGS}};
     std::unique_ptr<IndexTableSegmentWithGOPInfo> segment = segmentOf(entries);
     EXPECT_EQ(-1, segment->firstKeyFramePosition());
     EXPECT_EQ(std::vector<int>({3}), sizes(*segment));
@@ -85,14 +85,14 @@ TEST(IndexTableSegmentWithGOPInfo, WithoutKeyFramesAndWithoutEntries)
 
 TEST(IndexTableSegmentWithGOPInfo, ClosedAndOpenGops)
 {
-    std::vector<EntrySpec> closed = mpegStream(30, 12, 3, false);
+    std::vector<StoredEntry> closed = mpegStream(30, 12, 3, false);
     std::unique_ptr<IndexTableSegmentWithGOPInfo> segment = segmentOf(closed);
     EXPECT_EQ(std::vector<int>({12, 12, 6}), sizes(*segment));
     for (auto const & gop : segment->gopIndex2SizeMap())
         EXPECT_TRUE(gop.second.closed) << gop.first;
 
     // Open GOPs: the B pictures behind each later I picture refer to the GOP in front.
-    std::vector<EntrySpec> open = mpegStream(30, 12, 3, true);
+    std::vector<StoredEntry> open = mpegStream(30, 12, 3, true);
     segment = segmentOf(open);
     EXPECT_EQ(std::vector<int>({10, 12, 8}), sizes(*segment));
     EXPECT_TRUE(segment->gopIndex2SizeMap().at(0).closed);
@@ -128,7 +128,7 @@ TEST(IndexTableSegmentWithGOPInfo, SplitSegmentsAnswerAsOne)
 {
     for (bool open : {false, true})
     {
-        std::vector<EntrySpec> entries = mpegStream(40, 12, 3, open);
+        std::vector<StoredEntry> entries = mpegStream(40, 12, 3, open);
         std::unique_ptr<IndexTableSegmentWithGOPInfo> whole = segmentOf(entries);
         std::vector<Answer> expected = answers(*whole);
         for (int k = 1; k < 40; ++k)
@@ -149,7 +149,7 @@ TEST(IndexTableSegmentWithGOPInfo, SplitSegmentsAnswerAsOne)
 
 TEST(IndexTableSegmentWithGOPInfo, ThreeSegmentsJoinedInOrder)
 {
-    std::vector<EntrySpec> entries = mpegStream(40, 12, 3, true);
+    std::vector<StoredEntry> entries = mpegStream(40, 12, 3, true);
     std::vector<Answer> expected = answers(*segmentOf(entries));
     // The middle segment, 13 to 21, has no key frame at all.
     std::unique_ptr<IndexTableSegmentWithGOPInfo> a = gopSegment(entries, 0, 13);
@@ -191,7 +191,7 @@ TEST(IndexTableSegmentWithGOPInfo, ThreeSegmentsJoinedInOrder)
 
 TEST(IndexTableSegmentWithGOPInfo, JoinChecks)
 {
-    std::vector<EntrySpec> entries = mpegStream(24, 12, 3, false);
+    std::vector<StoredEntry> entries = mpegStream(24, 12, 3, false);
     std::unique_ptr<IndexTableSegmentWithGOPInfo> a = gopSegment(entries, 0, 12);
     std::unique_ptr<IndexTableSegmentWithGOPInfo> c = gopSegment(entries, 13, 24);
     Thrown t = thrownBy([&] { c->updateMissingInfo(a.get(), nullptr); });
