@@ -173,19 +173,9 @@ TEST(IndexTableSegmentWithGOPInfo, ThreeSegmentsJoinedInOrder)
         std::vector<Answer> more = answers(*s);
         got.insert(got.end(), more.begin(), more.end());
     }
+    ASSERT_EQ(expected.size(), got.size());
     for (std::size_t i = 0; i < got.size(); ++i)
-    {
-        // The GOP that runs through all three is seen by each only as far as its neighbours.
-        if (i >= 10 && i < 22)
-            continue;
         EXPECT_EQ(expected[i], got[i]) << "unit " << i;
-    }
-    for (std::size_t i = 10; i < 22; ++i)
-    {
-        EXPECT_EQ(expected[i].gopPosition, got[i].gopPosition) << i;
-        EXPECT_EQ(expected[i].displayPosition, got[i].displayPosition) << i;
-        EXPECT_FALSE(got[i].closed) << i;
-    }
     EXPECT_EQ(12, b->gopIndex2SizeMap().at(0).size);
 }
 
