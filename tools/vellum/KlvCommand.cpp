@@ -1,10 +1,12 @@
-// vellum klv FILE [--limit N] [--primer]: one line per KLV packet, with the packs decoded.
+// vellum klv FILE [--limit N] [--primer] [--index] [--entries]: one line per KLV packet, with the
+// packs decoded; --index adds index segments, --entries (which implies it) their index entries.
 
 #include <cinttypes>
 #include <cstdio>
 #include <cstdlib>
 
 #include "Commands.h"
+#include "IndexPrint.h"
 #include "KlvWalk.h"
 #include "PackPrint.h"
 
@@ -15,6 +17,8 @@ int klvCommand(Arguments const & arguments)
     std::string path;
     std::uint64_t limit = 0;
     bool primerTable = false;
+    bool indexSegments = false;
+    bool indexEntries = false;
     for (std::size_t i = 0; i < arguments.size(); ++i)
     {
         if (arguments[i] == "--limit" && i + 1 < arguments.size())
@@ -29,17 +33,21 @@ int klvCommand(Arguments const & arguments)
         }
         else if (arguments[i] == "--primer")
             primerTable = true;
+        else if (arguments[i] == "--index")
+            indexSegments = true;
+        else if (arguments[i] == "--entries")
+            indexSegments = indexEntries = true;
         else if (path.empty() && arguments[i].compare(0, 2, "--") != 0)
             path = arguments[i];
         else
         {
-            std::fprintf(stderr, "usage: vellum klv FILE [--limit N] [--primer]\n");
+            std::fprintf(stderr, "usage: vellum klv FILE [--limit N] [--primer] [--index] [--entries]\n");
             return 2;
         }
     }
     if (path.empty())
     {
-        std::fprintf(stderr, "usage: vellum klv FILE [--limit N] [--primer]\n");
+        std::fprintf(stderr, "usage: vellum klv FILE [--limit N] [--primer] [--index] [--entries]\n");
         return 2;
     }
 
@@ -59,6 +67,8 @@ int klvCommand(Arguments const & arguments)
             printPrimer(Vellum::Packs::PrimerPack(klv), primerTable);
         else if (packet.kind == PacketKind::RandomIndexPack)
             printRandomIndexPack(Vellum::Packs::RandomIndexPack(klv));
+        else if (indexSegments && Vellum::IndexTables::IndexTableSegment::isSegmentKey(klv.key()))
+            printIndexSegment(Vellum::IndexTables::IndexTableSegment(klv), indexEntries);
     });
     std::fflush(stdout);
     if (!result.error.empty())
