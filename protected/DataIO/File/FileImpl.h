@@ -38,6 +38,7 @@ protected:
     uint64 size;
 
 private:
+    bool readOnly_;
     FileImpl(FileImpl const &) = delete;
     FileImpl & operator=(FileImpl const &) = delete;
 };

@@ -32,10 +32,20 @@ Templates::wstring systemMessage(char const * lead)
     text += systemText;
     return text;
 }
+// "rb" and the like: a stream that is only read has nothing to flush before a seek.
+bool isReadOnlyMode(unsigned short const * mode)
+{
+    if (mode == nullptr || mode[0] != 'r')
+        return false;
+    for (unsigned short const * m = mode; *m != 0; ++m)
+        if (*m == '+')
+            return false;
+    return true;
+}
 } // namespace
 
 FileImpl::FileImpl(unsigned short const * path, unsigned short const * mode, int bufferSize)
-    : position(0), file_(nullptr), size(0)
+    : position(0), file_(nullptr), size(0), readOnly_(isReadOnlyMode(mode))
 {
     file_ = Platform::fopen(path, mode);
     THROW_UNLESS(IOError, file_ != 0, pathMessage("Error opening: '", path, "'. "));
@@ -101,8 +111,10 @@ uint64 FileImpl::seek(uint64 target)
     uint64 end = absoluteOffset() + remaining();
     if (target > end)
         target = end;
-    THROW_UNLESS_TEXT(IOError, Platform::fileSeek(file_, int64(target)), "Platform::fileSeek (file_, position)",
-                      systemMessage("Error seeking. "));
+    // A stream that is only read seeks without a flush, so that the runtime keeps what it has
+    // buffered: walking small packets skips every value.
+    bool moved = readOnly_ ? ::fseeko(file_, off_t(target), SEEK_SET) == 0 : Platform::fileSeek(file_, int64(target));
+    THROW_UNLESS_TEXT(IOError, moved, "Platform::fileSeek (file_, position)", systemMessage("Error seeking. "));
     position = target;
     return target;
 }
