@@ -16,9 +16,10 @@ void usage(std::FILE * out)
                  "\n"
                  "commands:\n"
                  "  info FILE               a summary of the file: run-in, partitions, essence streams\n"
-                 "  klv FILE [--limit N] [--primer]\n"
+                 "  klv FILE [--limit N] [--primer] [--index] [--entries]\n"
                  "                          one line per KLV packet: offset, key, BER size, length, kind;\n"
-                 "                          partition packs, the Primer and the RIP decoded (--primer: its table)\n"
+                 "                          partition packs, the Primer and the RIP decoded (--primer: its table;\n"
+                 "                          --index: index segments; --entries: their index entries too)\n"
                  "  dict [SET]              the sets of the built-in dictionary, or one set's attributes\n"
                  "  --version               the library's version\n");
 }
