@@ -48,6 +48,8 @@ public:
 private:
     ArrayReferenceElement(ArrayReferenceElement const & other, MetadataSet & set);
     void serializeValue(DataIO::DataSink & sink) const override;
+    Templates::auto_ptr<Types::SimpleDataType> referenceTo(MetadataSet const * target) const;
+    void checkUnverified(Types::Reference const * reference) const;
 
     typedef CollectionElement_impl<ArrayReferenceElement, Types::Array> Impl;
     friend struct CollectionElement_impl<ArrayReferenceElement, Types::Array>;

@@ -44,6 +44,8 @@ public:
 private:
     BatchReferenceElement(BatchReferenceElement const & other, MetadataSet & set);
     void serializeValue(DataIO::DataSink & sink) const override;
+    Templates::auto_ptr<Types::SimpleDataType> referenceTo(MetadataSet const * target) const;
+    void checkUnverified(Types::Reference const * reference) const;
 
     typedef CollectionElement_impl<BatchReferenceElement, Types::Batch> Impl;
     friend struct CollectionElement_impl<BatchReferenceElement, Types::Batch>;

@@ -34,7 +34,7 @@ public:
     // A new set, owned by the caller.
     virtual MetadataSet * create(KLV::Key const & key, MetaMetadata::MetaMetadataSet const * metaMetadataSet,
                                  MetadataSetOwner * owner) = 0;
-    // Sets of `key` are made by `creator` from now on; returns true.
+    // Sets of `key` are made by `creator` from now on (a null creator drops the key); returns true.
     virtual bool registerCreator(KLV::Key const & key, Creator creator) = 0;
 };
 } // namespace Metadata
