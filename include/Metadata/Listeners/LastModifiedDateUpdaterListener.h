@@ -19,6 +19,7 @@ public:
 
     void commit() override;
 
+    void createdMetadataSet(MetadataSet * set) override;
     void removedMetadataSet(MetadataSet * set) override;
     void addedElement(MetadataSet & set, MetaMetadata::MetaElement const * metaElement, Element & element,
                       Types::BaseType const & value) override;
