@@ -20,6 +20,7 @@ void usage(std::FILE * out)
                  "                          one line per KLV packet: offset, key, BER size, length, kind;\n"
                  "                          partition packs, the Primer and the RIP decoded (--primer: its table)\n"
                  "  dict [SET]              the sets of the built-in dictionary, or one set's attributes\n"
+                 "  meta FILE [--json]      the header metadata as a tree from the Preface down\n"
                  "  --version               the library's version\n");
 }
 } // namespace
@@ -49,6 +50,8 @@ int main(int argc, char ** argv)
         return VellumTool::infoCommand(arguments);
     if (command == "dict")
         return VellumTool::dictCommand(arguments);
+    if (command == "meta")
+        return VellumTool::metaCommand(arguments);
     std::fprintf(stderr, "vellum: unknown command '%s'\n", command.c_str());
     usage(stderr);
     return 2;
