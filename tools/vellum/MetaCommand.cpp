@@ -644,10 +644,27 @@ int metaCommand(Arguments const & arguments)
         Templates::vector<MetadataSet *> prefaces = metadata.find(Metadata::Structural::StructuralMetadataKeys::preface());
         for (MetadataSet * preface : prefaces)
             roots.push_back(builder.build(*preface));
-        std::vector<Node> orphans;
+        // Sets that the Prefaces do not reach. Each is shown under an unreached parent if it has
+        // one, so only the tops of the unreached trees stand at the first level.
+        std::vector<MetadataSet const *> unreached;
         for (PartitionMetadata::const_iterator i = metadata.begin(); i != metadata.end(); ++i)
             if (!builder.shown(i->second))
-                orphans.push_back(builder.build(*i->second));
+                unreached.push_back(i->second);
+        std::set<MetadataSet const *> const unreachedSet(unreached.begin(), unreached.end());
+        std::vector<Node> orphans;
+        for (MetadataSet const * set : unreached)
+        {
+            Templates::vector<MetadataSet const *> parents;
+            metadata.parentSets(set, parents);
+            bool underAnother = false;
+            for (MetadataSet const * parent : parents)
+                underAnother = underAnother || (parent != set && unreachedSet.count(parent) != 0);
+            if (!underAnother)
+                orphans.push_back(builder.build(*set));
+        }
+        for (MetadataSet const * set : unreached)
+            if (!builder.shown(set))
+                orphans.push_back(builder.build(*set));
         std::vector<std::string> dark;
         for (PartitionMetadata::const_dark_iterator i = metadata.darkBegin(); i != metadata.darkEnd(); ++i)
             dark.push_back(dotted((*i)->key().rawBuffer()) + " (" + std::to_string((*i)->serializedSize()) + " bytes)");
