@@ -31,8 +31,15 @@
 #include "MetaMetadata/StandardDictionary.h"
 #include "Packs/PartitionPack.h"
 #include "Packs/PrimerPack.h"
+#include "Metadata/Structural/DataDefinitionULs.h"
+#include "Types/Boolean.h"
+#include "Types/Factories/UID.h"
+#include "Types/Integers.h"
+#include "Types/Rational.h"
 #include "Types/SimpleDataType.h"
+#include "Types/UMID.h"
 #include "Types/UUID.h"
+#include "Types/UniversalLabel.h"
 
 namespace Vellum
 {
@@ -220,6 +227,95 @@ inline Types::UUID const & uidOf(Metadata::MetadataSet const & set)
     if (uid == nullptr)
         throw std::runtime_error("set without instance UID");
     return *uid;
+}
+
+// A small header built with createMetadataSet: Preface, Identification, Content Storage with a
+// Source Package (first) and a Material Package; the material one has a picture track and a time
+// code track (in that order), the source one a sound track and a descriptor. Each track has a
+// sequence with one component.
+struct Header
+{
+    Metadata::MetadataSet * preface = nullptr;
+    Metadata::MetadataSet * identification = nullptr;
+    Metadata::MetadataSet * contentStorage = nullptr;
+    Metadata::MetadataSet * material = nullptr;
+    Metadata::MetadataSet * source = nullptr;
+    Metadata::MetadataSet * pictureTrack = nullptr;
+    Metadata::MetadataSet * timecodeTrack = nullptr;
+    Metadata::MetadataSet * soundTrack = nullptr;
+    Metadata::MetadataSet * pictureSequence = nullptr;
+    Metadata::MetadataSet * timecodeSequence = nullptr;
+    Metadata::MetadataSet * soundSequence = nullptr;
+    Metadata::MetadataSet * pictureClip = nullptr;
+    Metadata::MetadataSet * timecodeComponent = nullptr;
+    Metadata::MetadataSet * soundClip = nullptr;
+    Metadata::MetadataSet * descriptor = nullptr;
+};
+
+inline Types::UMID32 newUMID()
+{
+    return Types::Factories::UID::generateBasicUMID(Types::Factories::UID::MaterialType(0x0d),
+                                                    Types::Factories::UID::MNMI_UUID,
+                                                    Types::Factories::UID::INMI_LOCAL);
+}
+
+inline Metadata::MetadataSet * addTrack(Metadata::PartitionMetadata & metadata, Metadata::MetadataSet & package,
+                                        unsigned trackID, Types::UniversalLabel const & dataDefinition,
+                                        Metadata::MetadataSet *& sequence, Metadata::MetadataSet *& component,
+                                        bool timecode, long long duration)
+{
+    Metadata::MetadataSet * track = metadata.createMetadataSet(Keys::timelineTrack());
+    setValue(*track, ULs::trackID(), Types::UInt32(trackID));
+    setValue(*track, ULs::trackNumber(), Types::UInt32(0));
+    setValue(*track, ULs::editRate(), Types::Rational(25, 1));
+    setValue(*track, ULs::origin(), Types::Position(0));
+    sequence = metadata.createMetadataSet(Keys::sequence());
+    setValue(*sequence, ULs::dataDefinition(), dataDefinition);
+    setValue(*sequence, ULs::duration(), Types::Length(duration));
+    component = metadata.createMetadataSet(timecode ? Keys::timecodeComponent() : Keys::sourceClip());
+    setValue(*component, ULs::dataDefinition(), dataDefinition);
+    setValue(*component, ULs::duration(), Types::Length(duration));
+    if (timecode)
+    {
+        setValue(*component, ULs::roundedTimecodeBase(), Types::UInt16(25));
+        setValue(*component, ULs::startTimecode(), Types::Position(90000));
+        setValue(*component, ULs::dropFrame(), Types::Boolean(false));
+    }
+    else
+    {
+        setValue(*component, ULs::startPosition(), Types::Position(0));
+        setValue(*component, ULs::sourceTrackID(), Types::UInt32(0));
+        setValue(*component, ULs::sourcePackageID(), Types::UMID32());
+    }
+    references(*sequence, ULs::structuralComponents()).append(component);
+    reference(*track, ULs::sequence()).set(sequence);
+    references(package, ULs::tracks()).append(track);
+    return track;
+}
+
+inline Header buildHeader(Metadata::PartitionMetadata & metadata)
+{
+    namespace DD = Metadata::Structural::DataDefinitionULs;
+    Header h;
+    h.preface = metadata.createMetadataSet(Keys::preface());
+    h.identification = metadata.createMetadataSet(Keys::identification());
+    setValue(*h.identification, ULs::thisGenerationUID(), Types::Factories::UID::generateUUID());
+    references(*h.preface, ULs::identificationList()).append(h.identification);
+    h.contentStorage = metadata.createMetadataSet(Keys::contentStorage());
+    reference(*h.preface, ULs::contentStorage()).set(h.contentStorage);
+    h.source = metadata.createMetadataSet(Keys::sourcePackage());
+    setValue(*h.source, ULs::packageUID(), newUMID());
+    h.material = metadata.createMetadataSet(Keys::materialPackage());
+    setValue(*h.material, ULs::packageUID(), newUMID());
+    references(*h.contentStorage, ULs::packages()).append(h.source);
+    references(*h.contentStorage, ULs::packages()).append(h.material);
+    h.pictureTrack = addTrack(metadata, *h.material, 1, DD::picture(), h.pictureSequence, h.pictureClip, false, 50);
+    h.timecodeTrack =
+        addTrack(metadata, *h.material, 2, DD::timecode12MInactive(), h.timecodeSequence, h.timecodeComponent, true, 50);
+    h.soundTrack = addTrack(metadata, *h.source, 1, DD::audio(), h.soundSequence, h.soundClip, false, 50);
+    h.descriptor = metadata.createMetadataSet(Keys::waveAudioEssenceDescriptor());
+    reference(*h.source, ULs::descriptor()).set(h.descriptor);
+    return h;
 }
 
 // What a listener heard, one line for each call, in order.
