@@ -517,3 +517,63 @@ TEST(PartitionMetadata, StatusOfThePartition)
     EXPECT_EQ(Packs::PartitionPack::ClosedComplete, Metadata::verifyPartitionMetadataStatus(*empty, true));
     EXPECT_EQ(Packs::PartitionPack::OpenComplete, Metadata::verifyPartitionMetadataStatus(*empty, false));
 }
+
+TEST(PartitionMetadata, ListenersWithReplayHeldOnceAndRemovedSilently)
+{
+    Bytes const file = VellumTest::readFile(std::string(VELLUM_SOURCE_DIR) + "/examples/small.mxf");
+    LoadReport report;
+    MetadataPtr metadata = loadHeader(file, report);
+    unsigned values = 0;
+    for (PartitionMetadata::const_iterator it = metadata->begin(); it != metadata->end(); ++it)
+    {
+        for (MetadataSet::const_iterator element = it->second->begin(); element != it->second->end(); ++element)
+            values += element->second->empty() ? 0 : 1;
+        for (unsigned i = 0; i < it->second->invalidSize(); ++i)
+            values += it->second->invalidBegin()[i]->empty() ? 0 : 1;
+    }
+
+    // Without replay: nothing until something happens.
+    Templates::SharedPtr<RecordingListener> quiet(new RecordingListener);
+    metadata->addMetadataListener(quiet, false);
+    EXPECT_TRUE(quiet->calls.empty());
+
+    // With replay: each set, then its values, in key order, as if it had been loaded now.
+    Templates::SharedPtr<RecordingListener> late(new RecordingListener);
+    metadata->addMetadataListener(late, true);
+    EXPECT_EQ(metadata->size(), late->count("created"));
+    EXPECT_EQ(values, late->count("added") + late->count("added unknown"));
+    ASSERT_FALSE(late->calls.empty());
+    EXPECT_EQ("created", late->calls.front());
+    PartitionMetadata::const_iterator expected = metadata->begin();
+    MetadataSet * current = nullptr;
+    for (std::size_t i = 0; i < late->calls.size(); ++i)
+    {
+        if (late->calls[i] == "created")
+        {
+            ASSERT_TRUE(expected != metadata->end());
+            EXPECT_EQ(expected->second, late->sets[i]);
+            current = late->sets[i];
+            ++expected;
+        }
+        else
+            EXPECT_EQ(current, late->sets[i]);
+    }
+
+    // Held once, however often added: each change is heard once.
+    metadata->addMetadataListener(late, true);
+    metadata->addMetadataListener(quiet, false);
+    late->clear();
+    quiet->clear();
+    MetadataSet * preface = metadata->find(Keys::preface()).front();
+    setValue(*preface, ULs::lastModifiedDate(), Types::Timestamp(2020, 1, 1, 0, 0, 0, (unsigned short)0));
+    EXPECT_EQ(1u, late->calls.size());
+    EXPECT_EQ(1u, quiet->calls.size());
+
+    // Removed without a callback, and deaf from then on.
+    quiet->clear();
+    metadata->removeMetadataListener(quiet);
+    EXPECT_TRUE(quiet->calls.empty());
+    metadata->createMetadataSet(Keys::sequence());
+    EXPECT_TRUE(quiet->calls.empty());
+    EXPECT_EQ(1u, late->count("created"));
+}
