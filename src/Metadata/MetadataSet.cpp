@@ -830,8 +830,13 @@ MetadataSet * MetadataSet::Impl::cloneSet(bool deep, MetadataSetOwner * cloneOwn
         path.insert(*own);
 
     MetadataSet * clone = MetadataSetFactory::instance().create(key, description, cloneOwner);
+    // Until an owner has taken it, the clone is ours to destroy on failure.
+    Templates::auto_ptr<MetadataSet> guard(clone);
     if (cloneOwner != nullptr)
+    {
         cloneOwner->metadataSetCloned(*self, *clone, deep);
+        guard.release();
+    }
 
     for (Elements::const_iterator it = elements.begin(); it != elements.end(); ++it)
     {
@@ -844,9 +849,11 @@ MetadataSet * MetadataSet::Impl::cloneSet(bool deep, MetadataSetOwner * cloneOwn
             delete slot->second;
             slot->second = copy;
         }
+        else if (copy->empty())
+            delete copy;
         else
         {
-            // The clone's description lacks the label: the copy is kept as an invalid element.
+            // The clone's description lacks the label: the value is kept as an invalid element.
             clone->impl_->invalid.reserve(clone->impl_->invalid.size() + 1);
             clone->impl_->invalid.push_back(copy);
         }
@@ -862,6 +869,7 @@ MetadataSet * MetadataSet::Impl::cloneSet(bool deep, MetadataSetOwner * cloneOwn
 
     if (own != nullptr)
         path.erase(*own);
+    guard.release();
     return clone;
 }
 
