@@ -51,7 +51,17 @@ struct CollectionElement_impl
 
     int size() const { return value.get() != nullptr ? static_cast<int>(value->size()) : 0; }
 
-    uint64 totalLength() const { return value.get() != nullptr ? value->serializedSize() : 0; }
+    // A collection with no members is written as an item of length 0, with no count and no size.
+    uint64 totalLength() const
+    {
+        return value.get() != nullptr && value->size() != 0 ? value->serializedSize() : 0;
+    }
+
+    void serializeValue(DataIO::DataSink & sink) const
+    {
+        if (value.get() != nullptr && value->size() != 0)
+            value->serialize(sink);
+    }
 
     [[noreturn]] void throwTooFew(MetaMetadata::MetaCollectionElement const & description) const
     {

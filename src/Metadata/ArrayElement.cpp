@@ -106,8 +106,7 @@ Templates::auto_ptr<Element> ArrayElement::clone(MetadataSet & target) const
 
 void ArrayElement::serializeValue(DataIO::DataSink & sink) const
 {
-    if (impl_->value.get() != nullptr)
-        impl_->value->serialize(sink);
+    impl_->serializeValue(sink);
 }
 } // namespace Metadata
 } // namespace Vellum

@@ -137,8 +137,7 @@ Templates::auto_ptr<Element> ArrayReferenceElement::clone(MetadataSet & target) 
 
 void ArrayReferenceElement::serializeValue(DataIO::DataSink & sink) const
 {
-    if (impl_->value.get() != nullptr)
-        impl_->value->serialize(sink);
+    impl_->serializeValue(sink);
 }
 } // namespace Metadata
 } // namespace Vellum

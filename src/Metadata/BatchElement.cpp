@@ -101,8 +101,7 @@ Templates::auto_ptr<Element> BatchElement::clone(MetadataSet & target) const
 
 void BatchElement::serializeValue(DataIO::DataSink & sink) const
 {
-    if (impl_->value.get() != nullptr)
-        impl_->value->serialize(sink);
+    impl_->serializeValue(sink);
 }
 } // namespace Metadata
 } // namespace Vellum

@@ -125,8 +125,7 @@ Templates::auto_ptr<Element> BatchReferenceElement::clone(MetadataSet & target) 
 
 void BatchReferenceElement::serializeValue(DataIO::DataSink & sink) const
 {
-    if (impl_->value.get() != nullptr)
-        impl_->value->serialize(sink);
+    impl_->serializeValue(sink);
 }
 } // namespace Metadata
 } // namespace Vellum
