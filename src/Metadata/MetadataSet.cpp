@@ -208,6 +208,28 @@ private:
     bool holds_;
 };
 
+// Tells the four collection classes from the single values.
+class IsCollection : public Visitors::NullElementVisitor
+{
+public:
+    IsCollection() : collection_(false) {}
+    void visit(BatchReferenceElement const &) override { collection_ = true; }
+    void visit(ArrayReferenceElement const &) override { collection_ = true; }
+    void visit(BatchElement const &) override { collection_ = true; }
+    void visit(ArrayElement const &) override { collection_ = true; }
+    bool collection() const { return collection_; }
+
+private:
+    bool collection_;
+};
+
+bool isCollection(Element const & element)
+{
+    IsCollection visitor;
+    element.accept(visitor);
+    return visitor.collection();
+}
+
 // Which question a validation query asks.
 enum Query
 {
@@ -401,6 +423,16 @@ struct MetadataSet::Impl
                 item.readValue(widened, 32);
                 DataIO::Memory::MemoryDataSource source(widened, sizeof widened);
                 KLV::Value value(source, sizeof widened);
+                element.load(value);
+            }
+            else if (item.totalLength() == 0 && isCollection(element))
+            {
+                // An empty collection is written as an item of length 0: it reads back as a
+                // collection with no members.
+                unsigned char header[8];
+                std::memset(header, 0, sizeof header);
+                DataIO::Memory::MemoryDataSource source(header, sizeof header);
+                KLV::Value value(source, sizeof header);
                 element.load(value);
             }
             else

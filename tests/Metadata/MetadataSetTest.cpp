@@ -5,6 +5,7 @@
 
 #include <algorithm>
 
+#include "Metadata/BatchElement.h"
 #include "Metadata/DMS1/DMS1MetadataULs.h"
 #include "Metadata/ElementVisitor.h"
 #include "Metadata/MetadataSetTestSupport.h"
@@ -530,4 +531,27 @@ TEST(MetadataSet, AcceptsSetVisitorsAsAPlainSet)
     ConstCounting constVisitor;
     static_cast<Metadata::MetadataSet const &>(set).accept(constVisitor);
     EXPECT_EQ(&set, constVisitor.seen);
+}
+
+TEST(MetadataSet, AnEmptyCollectionIsWrittenWithLengthZeroAndReadsBack)
+{
+    TestOwner owner;
+    unsigned short const dmSchemesTag = 0x3b0b;
+    listInPrimer(owner, {dmSchemesTag});
+    Types::UniversalLabel const dmSchemes = labelOfTag(dmSchemesTag);
+    Bytes counted = item(dmSchemesTag, Bytes{0, 0, 0, 0, 0, 0, 0, 16});
+    Bytes bare = item(dmSchemesTag, Bytes());
+    for (Bytes const & items : {counted, bare})
+    {
+        std::unique_ptr<Metadata::MetadataSet> set =
+            parseSet(setPacket(Keys::preface(), items), owner.partitionDictionary(), &owner);
+        Metadata::Element const & element = set->find(dmSchemes);
+        EXPECT_FALSE(element.empty());
+        Metadata::Visitors::GetElementVisitor<Metadata::BatchElement> batch;
+        element.accept(batch);
+        ASSERT_NE(nullptr, batch.value());
+        EXPECT_EQ(0, batch.value()->size());
+        EXPECT_EQ(0u, set->invalidSize());
+        EXPECT_EQ(setPacket(Keys::preface(), bare), serialized(*set, owner.partitionDictionary(), true));
+    }
 }
