@@ -7,7 +7,6 @@
 #include <utility>
 
 #include "Exceptions/Exceptions.h"
-#include "KLV/Value.h"
 #include "MetaMetadata/MetaAttribute.h"
 #include "MetaMetadata/MetaCollectionElement.h"
 #include "MetaMetadata/MetaElement.h"
@@ -174,11 +173,8 @@ struct CollectionElement_impl
         MetaMetadata::MetaCollectionElement const * description = ElementSupport::collectionOf(&metaElement);
         Types::Identifiers::Identifier const memberType =
             description != nullptr ? description->dataSubType() : Types::Identifiers::Unknown;
-        // An item of length 0 is a collection with no members: that is how an empty one is written.
         Templates::auto_ptr<Types::BaseType> made =
-            source.remaining() == 0
-                ? Templates::auto_ptr<Types::BaseType>(new CollectionClass(0))
-                : Types::Factories::BaseTypeFactory::instance().create(source, metaElement.dataType(), memberType);
+            Types::Factories::BaseTypeFactory::instance().create(source, metaElement.dataType(), memberType);
         CollectionClass * typed = made.get() != nullptr ? Types::Visitors::getAs<CollectionClass>(*made) : nullptr;
         if (typed == nullptr)
             VELLUM_THROW(InvalidChange,
