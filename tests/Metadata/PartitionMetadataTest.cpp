@@ -577,3 +577,45 @@ TEST(PartitionMetadata, ListenersWithReplayHeldOnceAndRemovedSilently)
     EXPECT_TRUE(quiet->calls.empty());
     EXPECT_EQ(1u, late->count("created"));
 }
+
+TEST(PartitionMetadata, StrongReferenceWalkOverInvalidAndWeakReferences)
+{
+    MetadataPtr metadata = emptyPartition();
+    Header h = buildHeader(*metadata);
+    // A weak reference is not followed: the order stays.
+    SetList before;
+    metadata->calculateSerializationOrder(before, true, true);
+    reference(*h.preface, ULs::primaryPackage()).set(h.material);
+    SetList after;
+    metadata->calculateSerializationOrder(after, true, true);
+    EXPECT_EQ(asVector(before), asVector(after));
+
+    // An unknown set holding a Segment item (a strong reference the dictionary knows) as an
+    // invalid element: followed only when invalid elements count.
+    Bytes key = {0x06, 0x0e, 0x2b, 0x34, 0x02, 0x53, 0x01, 0x01, 0x0f, 0x7f, 0x01, 0x01, 0x00, 0x00, 0x00, 0x00};
+    Bytes items = {0x3c, 0x0a, 0x00, 0x10, 0xaa, 0xbb, 0xcc, 0xdd, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 0x48, 0x03, 0x00, 0x10};
+    Bytes const target = valueBytes(uidOf(*h.soundSequence));
+    items.insert(items.end(), target.begin(), target.end());
+    MetadataSet * group = loadBytes(*metadata, KLVTest::packet(key, items, 4));
+    ASSERT_NE(nullptr, group);
+    ASSERT_EQ(2u, group->invalidSize());
+
+    SetList out;
+    Templates::set<Types::UUID> visited;
+    Metadata::getChildStrongReferences(*metadata, *group, out, visited, false);
+    EXPECT_TRUE(out.empty());
+    Metadata::getChildStrongReferences(*metadata, *group, out, visited, true);
+    ASSERT_EQ(1u, out.size());
+    EXPECT_EQ(h.soundSequence, out.front());
+    EXPECT_EQ(1u, visited.count(uidOf(*h.soundSequence)));
+    // The same target again, with the visited set kept: refused.
+    Thrown thrown = thrownBy([&] { Metadata::getChildStrongReferences(*metadata, *group, out, visited, true); });
+    EXPECT_EQ(Exceptions::InvalidFormat::ERROR_CODE, thrown.code);
+
+    // Recursively: depth first, each child followed by its own.
+    out.clear();
+    visited.clear();
+    Metadata::getChildStrongReferencesRecursive(*metadata, *h.source, out, visited, true, true);
+    std::vector<MetadataSet const *> const below = {h.descriptor, h.soundTrack, h.soundSequence, h.soundClip};
+    EXPECT_EQ(below, asVector(out));
+}
