@@ -208,6 +208,28 @@ private:
     bool holds_;
 };
 
+// Tells the four collection classes from the single values.
+class IsCollection : public Visitors::NullElementVisitor
+{
+public:
+    IsCollection() : collection_(false) {}
+    void visit(BatchReferenceElement const &) override { collection_ = true; }
+    void visit(ArrayReferenceElement const &) override { collection_ = true; }
+    void visit(BatchElement const &) override { collection_ = true; }
+    void visit(ArrayElement const &) override { collection_ = true; }
+    bool collection() const { return collection_; }
+
+private:
+    bool collection_;
+};
+
+bool isCollection(Element const & element)
+{
+    IsCollection visitor;
+    element.accept(visitor);
+    return visitor.collection();
+}
+
 // Which question a validation query asks.
 enum Query
 {
@@ -401,6 +423,16 @@ struct MetadataSet::Impl
                 item.readValue(widened, 32);
                 DataIO::Memory::MemoryDataSource source(widened, sizeof widened);
                 KLV::Value value(source, sizeof widened);
+                element.load(value);
+            }
+            else if (item.totalLength() == 0 && isCollection(element))
+            {
+                // An empty collection is written as an item of length 0: it reads back as a
+                // collection with no members.
+                unsigned char header[8];
+                std::memset(header, 0, sizeof header);
+                DataIO::Memory::MemoryDataSource source(header, sizeof header);
+                KLV::Value value(source, sizeof header);
                 element.load(value);
             }
             else
@@ -830,8 +862,13 @@ MetadataSet * MetadataSet::Impl::cloneSet(bool deep, MetadataSetOwner * cloneOwn
         path.insert(*own);
 
     MetadataSet * clone = MetadataSetFactory::instance().create(key, description, cloneOwner);
+    // Until an owner has taken it, the clone is ours to destroy on failure.
+    Templates::auto_ptr<MetadataSet> guard(clone);
     if (cloneOwner != nullptr)
+    {
         cloneOwner->metadataSetCloned(*self, *clone, deep);
+        guard.release();
+    }
 
     for (Elements::const_iterator it = elements.begin(); it != elements.end(); ++it)
     {
@@ -844,9 +881,11 @@ MetadataSet * MetadataSet::Impl::cloneSet(bool deep, MetadataSetOwner * cloneOwn
             delete slot->second;
             slot->second = copy;
         }
+        else if (copy->empty())
+            delete copy;
         else
         {
-            // The clone's description lacks the label: the copy is kept as an invalid element.
+            // The clone's description lacks the label: the value is kept as an invalid element.
             clone->impl_->invalid.reserve(clone->impl_->invalid.size() + 1);
             clone->impl_->invalid.push_back(copy);
         }
@@ -862,6 +901,7 @@ MetadataSet * MetadataSet::Impl::cloneSet(bool deep, MetadataSetOwner * cloneOwn
 
     if (own != nullptr)
         path.erase(*own);
+    guard.release();
     return clone;
 }
 

@@ -241,26 +241,34 @@ struct MetadataSetRelationshipManager::Impl
         return batch.value();
     }
 
-    // The UUIDs that the set's own elements reference strongly, then those entries go.
-    Templates::vector<Types::UUID> dropOwnReferences(MetadataSet & set)
+    // The UUIDs that the set's own elements reference strongly, in label order, then those of
+    // its invalid elements.
+    static Templates::vector<Types::UUID> strongChildren(MetadataSet const & set)
     {
         Templates::vector<Types::UUID> children;
-        for (MetadataSet::iterator it = set.begin(); it != set.end(); ++it)
-            dropOwn(*it->second, children);
-        for (Element ** it = set.invalidBegin(); it != set.invalidEnd(); ++it)
-            dropOwn(**it, children);
+        for (MetadataSet::const_iterator it = set.begin(); it != set.end(); ++it)
+            strongChildrenOf(*it->second, children);
+        for (Element * const * it = set.invalidBegin(); it != set.invalidEnd(); ++it)
+            strongChildrenOf(**it, children);
         return children;
     }
 
-    void dropOwn(Element & element, Templates::vector<Types::UUID> & children)
+    static void strongChildrenOf(Element const & element, Templates::vector<Types::UUID> & children)
     {
         Types::BaseType const * value = Support::elementValue(element);
-        if (value != nullptr)
-        {
-            Templates::vector<Types::UUID> const strong = referencedUUIDs(*value, StrongKind);
-            children.insert(children.end(), strong.begin(), strong.end());
-        }
-        removeReferences(&element);
+        if (value == nullptr)
+            return;
+        Templates::vector<Types::UUID> const strong = referencedUUIDs(*value, StrongKind);
+        children.insert(children.end(), strong.begin(), strong.end());
+    }
+
+    // The entries of the set's own references go.
+    void dropOwnReferences(MetadataSet & set)
+    {
+        for (MetadataSet::iterator it = set.begin(); it != set.end(); ++it)
+            removeReferences(it->second);
+        for (Element ** it = set.invalidBegin(); it != set.invalidEnd(); ++it)
+            removeReferences(*it);
     }
 
     unsigned int ownReferences(MetadataSet const * set, Templates::set<Element *> & out, int kinds) const
@@ -374,15 +382,18 @@ void MetadataSetRelationshipManager::removedMetadataSet(MetadataSet * set)
         VELLUM_THROW(InvalidFormat,
                      Utils::wide("Circular reference in MXF file! InstanceUID: ") + uid.toString(Types::TypeDefault));
 
-    impl_->clearReferencesTo(uid);
-    impl_->uuid2References.erase(uid);
-    Templates::vector<Types::UUID> const children = impl_->dropOwnReferences(*set);
+    // In a cascade the sets below go first, while this one is still there: a strong reference
+    // back to it is met as a second visit.
     if (impl_->inCascade && impl_->metadata != nullptr)
     {
+        Templates::vector<Types::UUID> const children = impl_->strongChildren(*set);
         for (Templates::vector<Types::UUID>::const_iterator it = children.begin(); it != children.end(); ++it)
             impl_->metadata->removeMetadataSet(*it);
     }
-    else
+    impl_->clearReferencesTo(uid);
+    impl_->uuid2References.erase(uid);
+    impl_->dropOwnReferences(*set);
+    if (!impl_->inCascade)
         impl_->visiting.erase(uid);
 }
 
