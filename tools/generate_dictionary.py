@@ -390,7 +390,7 @@ STRUCTURAL_LABELS = [
     ('sourceTrackID', 'SourceTrackID'), ('startModulation', 'QltyStartOfModulation'),
     ('startPosition', 'StartPosition'), ('startTimecode', 'StartTimecode'),
     ('storedF2Offset',), ('storedHeight',), ('storedWidth',),
-    ('structuralComponents', 'ComponentObjects'), ('subDescriptorUIDs', 'SubDescriptors'),
+    ('structuralComponents', 'ComponentObjects'), ('subDescriptorUIDs', 'FileDescriptors'),
     ('subDescriptors', 'SubDescriptors'), ('tcDataStream', 'TimecodeStreamData'),
     ('tcSampleRate', 'TimecodeStreamSampleRate'), ('thisGenerationUID', 'GenerationID'),
     ('toolkitVersion',), ('trackID', 'TrackID'), ('trackName', 'TrackName'),

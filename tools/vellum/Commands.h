@@ -12,4 +12,5 @@ typedef std::vector<std::string> Arguments;
 int klvCommand(Arguments const & arguments);
 int infoCommand(Arguments const & arguments);
 int dictCommand(Arguments const & arguments);
+int metaCommand(Arguments const & arguments);
 } // namespace VellumTool

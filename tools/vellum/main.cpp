@@ -21,6 +21,7 @@ void usage(std::FILE * out)
                  "                          partition packs, the Primer and the RIP decoded (--primer: its table;\n"
                  "                          --index: index segments; --entries: their index entries too)\n"
                  "  dict [SET]              the sets of the built-in dictionary, or one set's attributes\n"
+                 "  meta FILE [--json]      the header metadata as a tree from the Preface down\n"
                  "  --version               the library's version\n");
 }
 } // namespace
@@ -50,6 +51,8 @@ int main(int argc, char ** argv)
         return VellumTool::infoCommand(arguments);
     if (command == "dict")
         return VellumTool::dictCommand(arguments);
+    if (command == "meta")
+        return VellumTool::metaCommand(arguments);
     std::fprintf(stderr, "vellum: unknown command '%s'\n", command.c_str());
     usage(stderr);
     return 2;

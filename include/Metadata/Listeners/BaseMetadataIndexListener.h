@@ -1,0 +1,67 @@
+#pragma once
+// The value index: for each indexed label, the sets by the values of their elements. The index
+// points at the values that the elements hold, and follows every announcement, old value out
+// and new value in. Members of collections are not indexed.
+
+#include "Metadata/Listeners/MetadataIndexListener.h"
+#include "Templates/Containers.h"
+#include "Types/SimpleDataType.h"
+#include "Types/UniversalLabel.h"
+
+namespace Vellum
+{
+namespace Metadata
+{
+namespace Listeners
+{
+class BaseMetadataIndexListener : public MetadataIndexListener
+{
+public:
+    VELLUM_CLASS_ALLOCATION
+    typedef Templates::pair<Types::UniversalLabel, Types::SimpleDataType const *> IndexKey;
+
+    // Orders by label, then by the value's serialised size, then by its bytes.
+    struct IndexKeyLess
+    {
+        bool operator()(IndexKey const & a, IndexKey const & b) const;
+    };
+    typedef Templates::multimap<IndexKey, MetadataSet *, IndexKeyLess> Index;
+
+    BaseMetadataIndexListener();
+    ~BaseMetadataIndexListener() override;
+
+    // All sets with that label and value, in key order. The value is compared by size and
+    // bytes.
+    Templates::vector<MetadataSet *> find(Types::UniversalLabel const & label,
+                                          Types::SimpleDataType const & value) override;
+    // Whether the values of `label` go into the index.
+    virtual bool isIndexed(Types::UniversalLabel const & label) = 0;
+
+    void metadataSetKey(KLV::Key & key) override;
+    void createdMetadataSet(MetadataSet * set) override;
+    void removedMetadataSet(MetadataSet * set) override;
+    void addedElement(MetadataSet & set, MetaMetadata::MetaElement const * metaElement, Element & element,
+                      Types::BaseType const & value) override;
+    void updatedElement(MetadataSet & set, MetaMetadata::MetaElement const * metaElement, Element & element,
+                        Types::Collection const & oldValue, Types::Collection const & newValue) override;
+    void updatedElement(MetadataSet & set, MetaMetadata::MetaElement const * metaElement, Element & element,
+                        Types::SimpleDataType const & oldValue, Types::SimpleDataType const & newValue) override;
+    void updatedElementCollection(MetadataSet & set, MetaMetadata::MetaElement const * metaElement, Element & element,
+                                  Types::Collection const & collection, unsigned int index,
+                                  Types::BaseType const * member) override;
+    void removedElement(MetadataSet & set, MetaMetadata::MetaElement const * metaElement, Element & element,
+                        Types::BaseType const & oldValue) override;
+
+    // The number of values in the index.
+    uint64 indexSize() const;
+
+private:
+    BaseMetadataIndexListener(BaseMetadataIndexListener const &);
+    BaseMetadataIndexListener & operator=(BaseMetadataIndexListener const &);
+
+    struct Impl;
+    Impl * impl_;
+};
+} // namespace Listeners
+} // namespace Metadata
+} // namespace Vellum
