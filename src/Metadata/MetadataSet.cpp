@@ -511,6 +511,8 @@ struct MetadataSet::Impl
             return;
         }
 
+        if (itemValue.get() == nullptr)
+            return;
         invalid.reserve(invalid.size() + 1);
         Element * element = makeInvalidElement(std::move(itemValue), resolution.attribute, resolution.element, *self);
         if (element != nullptr)
