@@ -87,7 +87,8 @@ public:
 
     // May be null.
     MetadataSetOwner * owner() const;
-    // Width of the BER length field: 4 for a new set, what the packet had after load.
+    // Width of the BER length field: 4 for a new set, what the packet had after load. Items that
+    // have outgrown it are written with the shortest width that holds their length.
     unsigned char berLength() const;
     void berLength(unsigned char width);
 

@@ -326,6 +326,28 @@ struct MetadataSet::Impl
     MetaMetadata::MetaMetadataSet const * meta;
     MetadataSetOwner * owner;
 
+    // The bytes of the items: the non-empty elements, and the invalid ones if asked for.
+    uint64 itemsSize(bool includeInvalid) const
+    {
+        uint64 itemHead = 2 + key.lengthFieldLength();
+        uint64 size = 0;
+        for (Elements::const_iterator it = elements.begin(); it != elements.end(); ++it)
+            if (!it->second->empty())
+                size += itemHead + it->second->totalLength();
+        if (includeInvalid)
+            for (std::size_t i = 0; i < invalid.size(); ++i)
+                if (!invalid[i]->empty())
+                    size += itemHead + invalid[i]->totalLength();
+        return size;
+    }
+
+    // The width of the BER length field: the set's own, or wider where the items have outgrown it.
+    unsigned char berWidth(uint64 itemsSize) const
+    {
+        unsigned char needed = ByteCoders::calculateBERSize(itemsSize);
+        return needed > berLength ? needed : berLength;
+    }
+
     Element * findElement(Types::UniversalLabel const & label) const
     {
         Elements::const_iterator it = elements.find(label);
@@ -489,6 +511,8 @@ struct MetadataSet::Impl
             return;
         }
 
+        if (itemValue.get() == nullptr)
+            return;
         invalid.reserve(invalid.size() + 1);
         Element * element = makeInvalidElement(std::move(itemValue), resolution.attribute, resolution.element, *self);
         if (element != nullptr)
@@ -620,11 +644,12 @@ uint64 MetadataSet::size() const
 
 void MetadataSet::serialize(DataIO::DataSink & sink, PartitionDictionary const & dictionary, bool includeInvalid) const
 {
-    uint64 itemsSize = serializedSize(includeInvalid) - KLV::Key::SIZE - impl_->berLength;
+    uint64 itemsSize = impl_->itemsSize(includeInvalid);
+    unsigned char width = impl_->berWidth(itemsSize);
     sink.write(impl_->key.rawBuffer(), KLV::Key::SIZE);
     unsigned char ber[9];
-    ByteCoders::codeBER(itemsSize, impl_->berLength, ber);
-    sink.write(ber, impl_->berLength);
+    ByteCoders::codeBER(itemsSize, width, ber);
+    sink.write(ber, width);
     int lengthWidth = impl_->key.lengthFieldLength();
     for (Elements::const_iterator it = impl_->elements.begin(); it != impl_->elements.end(); ++it)
         it->second->serialize(sink, dictionary, lengthWidth);
@@ -635,16 +660,8 @@ void MetadataSet::serialize(DataIO::DataSink & sink, PartitionDictionary const &
 
 uint64 MetadataSet::serializedSize(bool includeInvalid) const
 {
-    uint64 itemHead = 2 + impl_->key.lengthFieldLength();
-    uint64 size = KLV::Key::SIZE + impl_->berLength;
-    for (Elements::const_iterator it = impl_->elements.begin(); it != impl_->elements.end(); ++it)
-        if (!it->second->empty())
-            size += itemHead + it->second->totalLength();
-    if (includeInvalid)
-        for (std::size_t i = 0; i < impl_->invalid.size(); ++i)
-            if (!impl_->invalid[i]->empty())
-                size += itemHead + impl_->invalid[i]->totalLength();
-    return size;
+    uint64 itemsSize = impl_->itemsSize(includeInvalid);
+    return KLV::Key::SIZE + impl_->berWidth(itemsSize) + itemsSize;
 }
 
 void MetadataSet::accept(Visitors::NonConstMetadataSetVisitor & visitor)

@@ -555,3 +555,31 @@ TEST(MetadataSet, AnEmptyCollectionIsWrittenWithLengthZeroAndReadsBack)
         EXPECT_EQ(setPacket(Keys::preface(), bare), serialized(*set, owner.partitionDictionary(), true));
     }
 }
+
+TEST(MetadataSet, AShortLengthFieldWidensWhenTheItemsOutgrowIt)
+{
+    TestOwner owner;
+    listInPrimer(owner, {companyNameTag, productNameTag});
+    Bytes small = item(companyNameTag, utf16("Acme"));
+    std::unique_ptr<Metadata::MetadataSet> set =
+        parseSet(setPacket(Keys::identification(), small, 1), owner.partitionDictionary(), &owner);
+    ASSERT_EQ(1, set->berLength());
+
+    // 200 bytes of product name: the items no longer fit a one-byte length.
+    std::string longName(100, 'x');
+    Bytes name = utf16(longName.c_str());
+    Bytes nameValue = name;
+    DataIO::Memory::MemoryDataSource source(nameValue.data(), nameValue.size());
+    KLV::Value value(source, nameValue.size());
+    set->find(ULs::productName()).load(value);
+    Bytes items = cat(small, item(productNameTag, name));
+    ASSERT_GT(items.size(), 0x7fu);
+    Bytes written = serialized(*set, owner.partitionDictionary(), true);
+    EXPECT_EQ(setPacket(Keys::identification(), items, 2), written);
+    EXPECT_EQ(written.size(), set->serializedSize(true));
+    // Without the long item, the set's own width is used again.
+    EXPECT_EQ(1, set->berLength());
+    Metadata::SimpleElement & productName = static_cast<Metadata::SimpleElement &>(set->find(ULs::productName()));
+    productName.set(Templates::auto_ptr<Types::SimpleDataType>(), true);
+    EXPECT_EQ(setPacket(Keys::identification(), small, 1), serialized(*set, owner.partitionDictionary(), true));
+}

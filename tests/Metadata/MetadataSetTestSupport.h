@@ -168,11 +168,11 @@ inline Bytes setPacket(KLV::Key const & key, Bytes const & items, unsigned berLe
     return KLVTest::packet(bytesOf(key), items, berLength);
 }
 
-inline Bytes uuidBytes(unsigned char seed)
+inline Bytes uuidBytes(unsigned char first)
 {
     Bytes out(16);
     for (unsigned i = 0; i < 16; ++i)
-        out[i] = static_cast<unsigned char>(seed + i);
+        out[i] = static_cast<unsigned char>(first + i);
     return out;
 }
 
