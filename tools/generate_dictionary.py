@@ -253,6 +253,10 @@ class TypeMapper(object):
             if symbol == 'DataValue':
                 return SIMPLE, ID['DataValue'], None
             collection = ID['Array' if kind == 'VariableArray' else 'Batch']
+            if self._base(entry).get('TypeKind') == 'Character':
+                # Runs of characters are text: a string array is coded as zero-terminated strings
+                # one behind the other, with no count and no member size. Its bytes stay as they are.
+                return SIMPLE, ID['DataValue'], None
             member_kind, member_id, target = self.simple(label_bytes(entry['BaseType']))
             if member_kind == REFERENCE:
                 return REFERENCE_COLLECTION, (collection, member_id), target

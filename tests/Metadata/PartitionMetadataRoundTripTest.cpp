@@ -161,6 +161,7 @@ TEST(PartitionMetadataRoundTrip, SampleFilesKeepEverySetValueInvalidElementAndDa
     std::cout << "[ NOTE     ] " << total.sets << " sets, " << total.invalid << " invalid elements, " << total.dark
               << " dark sets, " << total.refused << " sets refused" << std::endl;
     EXPECT_GT(total.invalid, 0u);
+    EXPECT_EQ(0u, total.refused);
 }
 
 TEST(PartitionMetadataRoundTrip, FfmpegFilesAndTheExample)
