@@ -12,6 +12,8 @@
 #include "Packs/PrimerPack.h"
 #include "Packs/RandomIndexPack.h"
 
+#include <utility>
+
 namespace Vellum
 {
 namespace MXFIO
