@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstdio>
 #include <functional>
 #include <string>
 #include <vector>
@@ -469,5 +470,66 @@ TEST(MXFIOReader, EveryFixtureAndSampleFromAFile)
         {
             EXPECT_EQ(reader.rip()->size(), walked);
         }
+    }
+}
+
+TEST(MXFIOReader, BodyPositionsLegacyIndexKeysAndTails)
+{
+    Bytes file = fixture();
+    REQUIRE_FIXTURE(file);
+    Layout l;
+    size_t segmentKey = 0;
+    {
+        MemoryDataSource source(file.data(), file.size());
+        Reader2 reader(source, dictionary(), 65536);
+        l = layoutOf(reader);
+        Partition * footer = reader.footerPartition();
+        segmentKey = size_t(footer->indexTableAbsoluteOffset());
+        // A tail as long as the file finds every partition and keeps the last.
+        EXPECT_EQ(reader.lastPartition(uint64(file.size()) + 10), footer);
+        EXPECT_EQ(reader.lastPartition(0), nullptr);
+    }
+    {
+        // A body that starts at stream offset 0x100.
+        Bytes copy = file;
+        put64(copy, valueStart(copy, l.body) + 52, 0x100);
+        MemoryDataSource source(copy.data(), copy.size());
+        Reader2 reader(source, dictionary(), 65536);
+        Partition * body = reader.nextPartition(reader.headerPartition());
+        ASSERT_NE(body, nullptr);
+        char text[128];
+        std::snprintf(text, sizeof text, "Trying to seek to 0x10 but partition (0x%zx) body starts at 100", l.body);
+        EXPECT_EQ(messageOf<Exceptions::InvalidPosition>([&] { body->gotoBodyRelativePosition(0x10); }),
+                  std::string(text));
+        body->gotoBodyRelativePosition(0x100);
+        EXPECT_EQ(source.absoluteOffset(), body->bodyAbsoluteOffset());
+        Templates::auto_ptr<KLV::Packet> first = body->nextBodyKLV(0);
+        ASSERT_TRUE(first != nullptr);
+        EXPECT_EQ(first->keyAbsoluteOffset(), body->bodyAbsoluteOffset());
+    }
+    {
+        // Index segments under the older key are read as well.
+        Bytes copy = file;
+        ASSERT_EQ(copy[segmentKey + 13], 0x10);
+        copy[segmentKey + 14] = 0x00;
+        MemoryDataSource source(copy.data(), copy.size());
+        Reader2 reader(source, dictionary(), 65536);
+        Partition * footer = reader.footerPartition();
+        Templates::auto_ptr<KLV::Packet> segment = footer->nextIndexTableSegmentsKLV();
+        ASSERT_TRUE(segment != nullptr);
+        EXPECT_EQ(segment->key()[14], 0x00);
+        EXPECT_EQ(segment->keyAbsoluteOffset(), segmentKey);
+    }
+    {
+        // A file that begins with its body partition.
+        Bytes tail(file.begin() + long(l.body), file.end());
+        MemoryDataSource source(tail.data(), tail.size());
+        Reader2 reader(source, dictionary(), 65536);
+        Partition * first = reader.headerPartition();
+        ASSERT_NE(first, nullptr);
+        EXPECT_EQ(first->partitionPack().partitionKind(), PartitionPack::BodyPartition);
+        EXPECT_EQ(first->partitionAbsoluteOffset(), 0u);
+        EXPECT_EQ(reader.runIn(), nullptr);
+        EXPECT_EQ(reader.firstPartitionWithFinalMetadata(), first);
     }
 }
