@@ -454,6 +454,8 @@ struct Checker::Impl
 
     void checkMetadata()
     {
+        PartitionInfo const * partition = current();
+        bool const closed = partition == nullptr || !partition->readable || !partition->pack->isOpen();
         std::vector<std::pair<uint64, Metadata::MetadataSet const *>> sets;
         // Instance UIDs are taken from each set itself, so that a set which holds its UID among
         // the items its description does not provide for can still be the target of a reference.
@@ -489,6 +491,9 @@ struct Checker::Impl
                                    ", which is not in the partition");
                 }
             }
+            // An open partition may still lack what its writer has not yet learnt.
+            if (!closed)
+                continue;
             Templates::vector<Metadata::Element *> open;
             set.openElements(open);
             for (Metadata::Element const * element : open)
@@ -560,20 +565,22 @@ struct Checker::Impl
     // ---------------------------------------------------------------------------------------
     // The cross checks
 
-    PartitionInfo const * partitionAt(uint64 absolute) const
-    {
-        for (std::unique_ptr<PartitionInfo> const & p : partitions)
-            if (p->offset == absolute)
-                return p.get();
-        return nullptr;
-    }
-
+    // Partitions stand in the order of their offsets.
     PartitionInfo const * partitionHolding(uint64 absolute) const
     {
-        for (std::unique_ptr<PartitionInfo> const & p : partitions)
-            if (absolute >= p->offset && absolute < p->end)
-                return p.get();
-        return nullptr;
+        std::vector<std::unique_ptr<PartitionInfo>>::const_iterator after = std::upper_bound(
+            partitions.begin(), partitions.end(), absolute,
+            [](uint64 offset, std::unique_ptr<PartitionInfo> const & p) { return offset < p->offset; });
+        if (after == partitions.begin())
+            return nullptr;
+        PartitionInfo const * p = (after - 1)->get();
+        return absolute < p->end ? p : nullptr;
+    }
+
+    PartitionInfo const * partitionAt(uint64 absolute) const
+    {
+        PartitionInfo const * p = partitionHolding(absolute);
+        return p != nullptr && p->offset == absolute ? p : nullptr;
     }
 
     void checkChain()
@@ -696,15 +703,14 @@ struct Checker::Impl
     static bool spans(PartitionInfo const & p, uint64 startLow, uint64 startHigh, uint64 endLow, uint64 endHigh,
                       uint64 count)
     {
-        std::vector<uint64> starts;
-        starts.push_back(p.packEnd);
-        starts.insert(starts.end(), p.boundaries.begin(), p.boundaries.end());
+        // The boundaries rise with the walk.
         for (uint64 end : p.boundaries)
         {
             if (end < endLow || end > endHigh || end < count)
                 continue;
             uint64 const start = end - count;
-            if (start >= startLow && start <= startHigh && std::find(starts.begin(), starts.end(), start) != starts.end())
+            if (start >= startLow && start <= startHigh &&
+                (start == p.packEnd || std::binary_search(p.boundaries.begin(), p.boundaries.end(), start)))
                 return true;
         }
         return false;
