@@ -323,16 +323,19 @@ TEST(CheckTool, ReportsWrongFooterPointers)
         Klv const & body = parts[1];
         Klv const & footer = parts.back();
         std::string const footerAt = std::to_string(footer.offset);
+        // The reader believes a pointer into the file and then finds no footer; one past the
+        // end marks a file cut short to it, and it turns to the RIP.
         struct Case
         {
             std::uint64_t pointer;
             std::string what;
+            bool readerLosesFooter;
         };
         std::vector<Case> const cases{
-            {body.offset, "the body partition"},
-            {body.offset + 100, "inside the body partition at " + std::to_string(body.offset)},
-            {footer.offset + 20, "inside the footer partition at " + footerAt},
-            {bytes.size() + 1000, "past the end of the file"},
+            {body.offset, "the body partition", true},
+            {body.offset + 100, "inside the body partition at " + std::to_string(body.offset), true},
+            {footer.offset + 20, "inside the footer partition at " + footerAt, true},
+            {bytes.size() + 1000, "past the end of the file", false},
         };
         for (Case const & c : cases)
         {
@@ -341,9 +344,12 @@ TEST(CheckTool, ReportsWrongFooterPointers)
             std::string copy = writeCopy(damaged);
             ToolRun run = runCheck(copy);
             EXPECT_EQ(1, run.status);
-            EXPECT_EQ(line(0, "footer-pointer") + "FooterPartition is " + std::to_string(c.pointer) +
-                          ", but the footer partition stands at " + footerAt + " (" + c.what + ")\n" + count(copy, 1),
-                      run.out);
+            std::string expected = line(0, "footer-pointer") + "FooterPartition is " + std::to_string(c.pointer) +
+                                   ", but the footer partition stands at " + footerAt + " (" + c.what + ")\n";
+            if (c.readerLosesFooter)
+                expected += line(footer.offset, "reader-footer") + "the reader does not find the footer partition at " +
+                            footerAt + "\n";
+            EXPECT_EQ(expected + count(copy, c.readerLosesFooter ? 2 : 1), run.out);
             std::remove(copy.c_str());
         }
         // The footer's own pointer may not be left at 0; a body partition's may.
@@ -417,12 +423,17 @@ TEST(CheckTool, ReportsWrongByteCountsAndAlignment)
     ToolRun run = runCheck(copy);
     EXPECT_EQ(1, run.status);
     // The header metadata ends at 5913 (behind it 211 bytes of fill up to the body partition),
-    // the footer's index segment at 34526 (270 bytes of fill up to the RIP).
+    // the footer's index segment at 34526 (270 bytes of fill up to the RIP). The reader, sent a
+    // byte into the body partition pack, steps over that partition.
     EXPECT_EQ(line(0, "header-byte-count") +
                   "HeaderByteCount is 5633, but the header metadata takes 5401 bytes (5632 with the fill around them)\n" +
+                  line(0, "reader-forward") +
+                  "the reader's walk forward stops: next == 0 || next -> partitionPack ().previousPartition () <= "
+                  "current -> partitionPack ().thisPartition (): The Partition Pack has an invalid PreviousPartition "
+                  "value\n" +
                   line(33792, "index-byte-count") +
                   "IndexByteCount is 300, but the index table segments take 222 bytes (868 with the fill around them)\n" +
-                  count(copy, 2),
+                  count(copy, 3),
               run.out);
     std::remove(copy.c_str());
 

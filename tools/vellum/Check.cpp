@@ -12,6 +12,8 @@
 #include "KLV/Packet.h"
 #include "KLV/Reader.h"
 #include "KlvWalk.h"
+#include "MXFIO/Partition.h"
+#include "MXFIO/Reader2.h"
 #include "MetaMetadata/Dictionary.h"
 #include "MetaMetadata/Helpers.h"
 #include "MetaMetadata/MetaAttribute.h"
@@ -202,6 +204,9 @@ struct Checker::Impl
     // Body SIDs named by EssenceContainerData sets, with the offset of the first such set.
     std::map<unsigned, uint64> containerDataSIDs;
     bool ripFound = false;
+    // The walk met a packet that runs past the end, or bytes that are no packet.
+    bool cutShort = false;
+    bool behindRip = false;
     uint64 ripOffset = 0;
     std::unique_ptr<Packs::RandomIndexPack> rip;
 
@@ -257,6 +262,7 @@ struct Checker::Impl
                                " bytes left)");
                 else
                     report(position, "klv-unreadable", "no KLV packet can be read here: " + reason(e));
+                cutShort = true;
                 break;
             }
             if (!packet)
@@ -272,6 +278,7 @@ struct Checker::Impl
                 report(info.offset, "truncated",
                        std::string("the value of the ") + kindWord(info.kind) + " (length " + number(info.length) +
                            ") runs past the end of the file (" + number(fileSize) + " bytes)");
+                cutShort = true;
                 endPartition(info.offset);
                 position = fileSize;
                 break;
@@ -285,8 +292,11 @@ struct Checker::Impl
     void visit(PacketInfo const & info, KLV::Packet & packet)
     {
         uint64 const end = info.offset + 16 + info.berLength + info.length;
-        if (ripFound)
+        if (ripFound && !behindRip)
+        {
+            behindRip = true;
             report(info.offset, "rip-not-last", "a packet follows the random index pack");
+        }
         switch (info.kind)
         {
         case PacketKind::PartitionPack:
@@ -440,7 +450,8 @@ struct Checker::Impl
         if (partition != nullptr && phase == Phase::HeaderMetadata && partition->hasPrimer)
             partition->metadataRegionEnd = offset;
         phase = Phase::Index;
-        if (metadata)
+        // Metadata cut short lacks what stood behind the cut: no use in listing that.
+        if (metadata && !cutShort)
             checkMetadata();
         metadata.reset();
         setOffsets.clear();
@@ -559,6 +570,74 @@ struct Checker::Impl
         catch (Exceptions::BaseException const & e)
         {
             report(info.offset, "index-unreadable", "the index table segment cannot be read: " + reason(e));
+        }
+    }
+
+    // ---------------------------------------------------------------------------------------
+    // The random access reader
+
+    // What a host that opens the file with the random access reader meets: its forward walk from
+    // the header, the footer it finds, its backward walk from there, and the metadata it trusts.
+    // A refusal is reported at the partition where the walk stood.
+    void checkWithReader()
+    {
+        if (partitions.empty())
+            return;
+        Templates::wstring widePath = Utils::wide(path.c_str());
+        std::unique_ptr<DataIO::File::FileDataSource> file;
+        try
+        {
+            file.reset(new DataIO::File::FileDataSource(widePath.c_str(), 1 << 20));
+        }
+        catch (Exceptions::BaseException const & e)
+        {
+            report(0, "file-unreadable", reason(e));
+            return;
+        }
+        DataIO::File::FileDataSource & source = *file;
+        MXFIO::Reader2 reader(source, dictionary, MAXIMUM_RUN_IN + 1);
+        MXFIO::Partition * at = nullptr;
+        try
+        {
+            for (MXFIO::Partition * p = reader.headerPartition(); p != nullptr; p = reader.nextPartition(p))
+                at = p;
+        }
+        catch (Exceptions::BaseException const & e)
+        {
+            report(at != nullptr ? at->partitionAbsoluteOffset() : 0, "reader-forward",
+                   "the reader's walk forward stops: " + reason(e));
+        }
+        PartitionInfo const * footer = partitions.back()->kind == 4 ? partitions.back().get() : nullptr;
+        at = nullptr;
+        try
+        {
+            MXFIO::Partition * found = reader.footerPartition();
+            if (footer != nullptr && (found == nullptr || found->partitionAbsoluteOffset() != footer->offset))
+                report(footer->offset, "reader-footer",
+                       "the reader does not find the footer partition at " + number(relative(footer->offset)));
+            for (MXFIO::Partition * p = found; p != nullptr; p = reader.previousPartition(p))
+                at = p;
+        }
+        catch (Exceptions::BaseException const & e)
+        {
+            report(at != nullptr ? at->partitionAbsoluteOffset() : 0, "reader-backward",
+                   "the reader's walk backward stops: " + reason(e));
+        }
+        // A set whose value runs past the end holds the reader's metadata loading up for long;
+        // the walk has reported that already.
+        if (cutShort)
+            return;
+        at = nullptr;
+        try
+        {
+            at = reader.firstPartitionWithFinalMetadata();
+            if (at != nullptr)
+                at->metadata();
+        }
+        catch (Exceptions::BaseException const & e)
+        {
+            report(at != nullptr ? at->partitionAbsoluteOffset() : 0, "reader-metadata",
+                   "the reader cannot load the metadata it trusts: " + reason(e));
         }
     }
 
@@ -846,6 +925,7 @@ std::vector<Finding> Checker::run()
         impl.checkByteCounts();
         impl.checkAlignment();
         impl.checkEssence();
+        impl.checkWithReader();
     }
     std::stable_sort(impl.findings.begin(), impl.findings.end(),
                      [](Finding const & a, Finding const & b) { return a.offset < b.offset; });

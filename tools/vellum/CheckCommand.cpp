@@ -4,10 +4,12 @@
 
 #include <cinttypes>
 #include <cstdio>
+#include <exception>
 #include <string>
 
 #include "Check.h"
 #include "Commands.h"
+#include "Exceptions/Exceptions.h"
 
 namespace VellumTool
 {
@@ -72,8 +74,22 @@ int checkCommand(Arguments const & arguments)
     if (path.empty())
         return usage();
 
-    Checker checker(path);
-    std::vector<Finding> const findings = checker.run();
+    std::vector<Finding> findings;
+    try
+    {
+        Checker checker(path);
+        findings = checker.run();
+    }
+    catch (Vellum::Exceptions::BaseException const & e)
+    {
+        std::fprintf(stderr, "vellum check: %s\n", e.whatUtf8().c_str());
+        return 1;
+    }
+    catch (std::exception const & e)
+    {
+        std::fprintf(stderr, "vellum check: %s\n", e.what());
+        return 1;
+    }
     if (asJson)
     {
         std::printf("{\"file\": %s, \"findings\": [", json(path).c_str());
