@@ -206,6 +206,7 @@ struct Checker::Impl
     bool ripFound = false;
     // The walk met a packet that runs past the end, or bytes that are no packet.
     bool cutShort = false;
+    uint64 walkEnd = 0;
     bool behindRip = false;
     uint64 ripOffset = 0;
     std::unique_ptr<Packs::RandomIndexPack> rip;
@@ -280,13 +281,14 @@ struct Checker::Impl
                            ") runs past the end of the file (" + number(fileSize) + " bytes)");
                 cutShort = true;
                 endPartition(info.offset);
-                position = fileSize;
+                position = info.offset;
                 break;
             }
             position = valueStart + info.length;
             visit(info, *packet);
         }
-        endPartition(std::min(position, fileSize));
+        walkEnd = std::min(position, fileSize);
+        endPartition(walkEnd);
     }
 
     void visit(PacketInfo const & info, KLV::Packet & packet)
@@ -726,6 +728,8 @@ struct Checker::Impl
     {
         if (pointer > fileSize || runIn + pointer >= fileSize)
             return " (past the end of the file)";
+        if (cutShort && runIn + pointer >= walkEnd)
+            return " (behind the damage, where the walk did not reach)";
         PartitionInfo const * hit = partitionAt(runIn + pointer);
         if (hit != nullptr)
             return std::string(" (the ") + kindName(hit->kind) + " partition)";
