@@ -804,7 +804,8 @@ struct Checker::Impl
         for (std::unique_ptr<PartitionInfo> const & pointer : partitions)
         {
             PartitionInfo const & p = *pointer;
-            if (!p.readable)
+            // The partition where the walk stopped has lost its end.
+            if (!p.readable || (cutShort && pointer == partitions.back()))
                 continue;
             uint64 const headerCount = p.pack->headerByteCount();
             if (!p.hasPrimer)
@@ -858,7 +859,7 @@ struct Checker::Impl
         for (std::unique_ptr<PartitionInfo> const & pointer : partitions)
         {
             PartitionInfo const & p = *pointer;
-            if (!p.readable || p.pack->kagSize() <= 1)
+            if (!p.readable || p.pack->kagSize() <= 1 || (cutShort && pointer == partitions.back()))
                 continue;
             uint64 const kag = p.pack->kagSize();
             // Writers put either the key or the value on the grid, and count it from the
