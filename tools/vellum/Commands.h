@@ -13,4 +13,5 @@ int klvCommand(Arguments const & arguments);
 int infoCommand(Arguments const & arguments);
 int dictCommand(Arguments const & arguments);
 int metaCommand(Arguments const & arguments);
+int checkCommand(Arguments const & arguments);
 } // namespace VellumTool

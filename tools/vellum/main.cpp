@@ -22,6 +22,8 @@ void usage(std::FILE * out)
                  "                          --index: index segments; --entries: their index entries too)\n"
                  "  dict [SET]              the sets of the built-in dictionary, or one set's attributes\n"
                  "  meta FILE [--json]      the header metadata as a tree from the Preface down\n"
+                 "  check FILE [--json]     what is inconsistent in the file, each with its offset;\n"
+                 "                          exit 0 when nothing is found, 1 when something is\n"
                  "  --version               the library's version\n");
 }
 } // namespace
@@ -53,6 +55,8 @@ int main(int argc, char ** argv)
         return VellumTool::dictCommand(arguments);
     if (command == "meta")
         return VellumTool::metaCommand(arguments);
+    if (command == "check")
+        return VellumTool::checkCommand(arguments);
     std::fprintf(stderr, "vellum: unknown command '%s'\n", command.c_str());
     usage(stderr);
     return 2;
