@@ -2,6 +2,7 @@
 
 #include <cstdio>
 #include <functional>
+#include <iostream>
 #include <map>
 #include <memory>
 #include <sstream>
@@ -13,9 +14,13 @@
 #include "KLV/Value.h"
 #include "Metadata/PartitionMetadata.h"
 #include "Metadata/Structural/ContentStorage.h"
+#include "Metadata/Structural/Initialize.h"
 #include "Metadata/Structural/MaterialPackage.h"
 #include "Metadata/Structural/Preface.h"
 #include "Metadata/Structural/PrefaceHelpers.h"
+#include "Metadata/Structural/Sequence.h"
+#include "Metadata/Structural/SourceClip.h"
+#include "Metadata/Structural/StructuralComponent.h"
 #include "Metadata/Structural/SourcePackage.h"
 #include "Metadata/Structural/TimelineTrack.h"
 #include "MetaMetadata/StandardDictionary.h"
@@ -23,6 +28,7 @@
 #include "MXFIO/Reader2.h"
 #include "Support/Fixtures.h"
 #include "Support/Md5.h"
+#include "Types/Integers.h"
 #include "Types/Rational.h"
 #include "Utils/Text.h"
 
@@ -38,6 +44,7 @@ typedef Templates::Rational<int64> Time;
 
 Templates::SharedPtr<MetaMetadata::Dictionary> dictionary()
 {
+    Metadata::Structural::initialize();
     static Templates::SharedPtr<MetaMetadata::Dictionary> d = MetaMetadata::createStandardDictionary();
     return d;
 }
@@ -67,8 +74,11 @@ std::vector<std::string> frameMd5(std::string const & path, std::string const & 
     {
         if (line.empty() || line[0] == '#')
             continue;
-        std::string::size_type comma = line.rfind(',');
-        std::string hash = line.substr(comma + 1);
+        // stream, dts, pts, duration, size, hash, then side data if any.
+        std::istringstream fields(line);
+        std::string hash;
+        for (int i = 0; i < 6; ++i)
+            std::getline(fields, hash, ',');
         hash.erase(0, hash.find_first_not_of(' '));
         result.push_back(hash);
     }
@@ -233,6 +243,37 @@ void putUInt64(Bytes & file, size_t at, uint64 value)
     for (int i = 7; i >= 0; --i, value >>= 8)
         file[at + i] = static_cast<unsigned char>(value);
 }
+
+// Gives the material package's sound track of an ffmpeg file (which counts it in frames) an edit
+// rate of 48000, with its clip of 48000 units a second: 1920 samples in each 25 fps unit.
+void soundAt48000(Opened & file, int64 frames)
+{
+    Metadata::Structural::GenericPackage & material = file.material();
+    for (unsigned i = 0; i < material.tracksCount(); ++i)
+    {
+        Metadata::Structural::TimelineTrack * track =
+            dynamic_cast<Metadata::Structural::TimelineTrack *>(material.track(i));
+        if (track == 0 || track->sequence() == 0 || track->sequence()->structuralComponentsCount() == 0)
+            continue;
+        // The sound track is the one whose clip leads to a sound element of the file package.
+        Metadata::Structural::SourceClip * clip =
+            dynamic_cast<Metadata::Structural::SourceClip *>(track->sequence()->structuralComponent(0));
+        Metadata::Structural::GenericPackage * source = file.filePackage();
+        if (clip == 0 || clip->sourceTrackID() == 0 || source == 0)
+            continue;
+        Metadata::Structural::Track * sourceTrack = source->track(*clip->sourceTrackID());
+        if (sourceTrack == 0 || sourceTrack->trackNumber() == 0 || sourceTrack->trackNumber()->value() >> 24 != 0x16)
+            continue;
+        Types::Rational rate(48000, 1);
+        track->editRate(&rate);
+        Types::Length length(frames * 1920);
+        track->sequence()->duration(&length);
+        for (unsigned c = 0; c < track->sequence()->structuralComponentsCount(); ++c)
+            track->sequence()->structuralComponent(c)->duration(&length);
+        return;
+    }
+    ADD_FAILURE() << "no sound track";
+}
 } // namespace
 
 TEST(MXFIOEssenceReader, ReadsEveryEditUnitAsFfmpegSeesIt)
@@ -270,32 +311,38 @@ TEST(MXFIOEssenceReader, ReadsEveryEditUnitAsFfmpegSeesIt)
     }
 }
 
-TEST(MXFIOEssenceReader, SoundUnitsCarryTheirSampleCounts)
+TEST(MXFIOEssenceReader, SoundFollowsTheFiveFrameSequenceAt2997)
 {
     REQUIRE_FIXTURE(path, "op1a-mpeg2-pcm-2997.mxf");
     Opened file(VellumTest::readFile(path));
     EssenceReader reader(file.reader, *file.preface, file.material(), false, false);
     std::map<std::string, Stream> streams = readAll(reader);
     Stream & sound = streams["a"];
-    ASSERT_EQ(sound.samples.size(), 60u);
-    int64 total = 0;
-    for (size_t i = 0; i < sound.samples.size(); ++i)
+    ASSERT_EQ(sound.sizes.size(), 60u);
+    uint64 total = 0;
+    for (size_t i = 0; i < sound.sizes.size(); ++i)
     {
-        // 16-bit stereo: four bytes a sample; the 30000/1001 sequence has 1601 or 1602 of them.
-        EXPECT_TRUE(sound.samples[i] == 1601 || sound.samples[i] == 1602) << i << ": " << sound.samples[i];
-        EXPECT_EQ(sound.durations[i], Time(sound.samples[i], 48000));
-        total += sound.samples[i];
+        // 16-bit mono, two bytes a sample: 1601 or 1602 samples in each frame.
+        EXPECT_TRUE(sound.sizes[i] == 2 * 1601 || sound.sizes[i] == 2 * 1602) << i << ": " << sound.sizes[i];
+        // The sound track runs at the frame rate: one unit a frame, lasting a frame.
+        EXPECT_EQ(sound.durations[i], Time(1001, 30000)) << i;
+        EXPECT_EQ(sound.positions[i], Time(int64(i) * 1001, 30000)) << i;
+        total += sound.sizes[i];
     }
-    // Two seconds of video at 30000/1001 is 60 frames: 60 * 1001 / 30000 s of sound.
-    EXPECT_EQ(total, int64(60) * 1001 * 48000 / 30000);
+    // Sixty frames last 60 * 1001 / 30000 s: 96096 samples.
+    EXPECT_EQ(total, 2u * 96096u);
+    ASSERT_EQ(streams["v"].durations.size(), 60u);
     for (size_t i = 0; i < streams["v"].durations.size(); ++i)
         EXPECT_EQ(streams["v"].durations[i], Time(1001, 30000));
+    EXPECT_EQ(reader.duration(), Time(60 * 1001, 30000));
 }
 
 TEST(MXFIOEssenceReader, TracksAreInterleavedByTime)
 {
     REQUIRE_FIXTURE(path, "op1a-mpeg2-pcm.mxf");
+    Truth truth(path);
     Opened file(VellumTest::readFile(path));
+    soundAt48000(file, 50);
     EssenceReader reader(file.reader, *file.preface, file.material(), false, false);
     // The sound track has the shorter edit period: it is the master and comes first.
     Templates::vector<Metadata::Structural::TimelineTrack *> tracks = reader.essenceTracks();
@@ -305,27 +352,80 @@ TEST(MXFIOEssenceReader, TracksAreInterleavedByTime)
     Templates::vector<unsigned int> ids = reader.essenceTrackIDs();
     ASSERT_EQ(ids.size(), 2u);
     EXPECT_EQ(ids[0], tracks[0]->trackID()->value());
+    EXPECT_EQ(ids[1], tracks[1]->trackID()->value());
     EXPECT_EQ(&reader.package(), &file.material());
+    EXPECT_EQ(reader.duration(), Time(2));
 
     EssenceReader::ElementEditUnit unit;
-    Time last(-1);
     std::map<unsigned int, Time> ends;
-    for (int i = 0; i < 40 && reader.nextElementEditUnit(65536, unit); ++i)
+    std::map<std::string, Stream> streams;
+    while (reader.nextElementEditUnit(65536, unit))
     {
         // Each read takes the track that is furthest behind.
-        Time end = unit.position;
-        end += unit.duration;
         for (auto & other : ends)
         {
             if (other.first != unit.trackID)
             {
-                EXPECT_LE(unit.position, other.second) << "unit " << i;
+                EXPECT_LE(unit.position, other.second);
             }
         }
+        Time end = unit.position;
+        end += unit.duration;
         ends[unit.trackID] = end;
         EXPECT_EQ(unit.element.units, 1u);
+        if (unit.trackID == ids[0])
+        {
+            EXPECT_EQ(unit.element.samples, 1920);
+            EXPECT_EQ(unit.duration, Time(1, 25));
+        }
+        take(unit, streams);
     }
-    EXPECT_EQ(ends.size(), 2u);
+    EXPECT_EQ(ends[ids[0]], Time(2));
+    EXPECT_EQ(ends[ids[1]], Time(2));
+    EXPECT_EQ(streams["v"].md5, truth.video);
+    EXPECT_EQ(streams["a"].md5, truth.audio);
+}
+
+TEST(MXFIOEssenceReader, TracksOfTwoRatesSeekTogether)
+{
+    REQUIRE_FIXTURE(path, "op1a-mpeg2-pcm.mxf");
+    Truth truth(path);
+    Opened file(VellumTest::readFile(path));
+    soundAt48000(file, 50);
+    EssenceReader reader(file.reader, *file.preface, file.material(), false, false);
+
+    // Half a second is unit 12 of the 25 track and sample 24000 of the 48000 one, which lies in
+    // the sound of content package 12.
+    ASSERT_TRUE(reader.seek(Time(1, 2)));
+    EXPECT_EQ(reader.position(), Time(1, 2));
+    EssenceReader::ElementEditUnit unit;
+    std::map<std::string, Stream> streams;
+    while (streams["v"].md5.empty() || streams["a"].md5.empty())
+    {
+        ASSERT_TRUE(reader.nextElementEditUnit(65536, unit));
+        if (unit.element.preCharge == 0)
+            take(unit, streams);
+    }
+    EXPECT_EQ(streams["v"].md5[0], truth.video[12]);
+    EXPECT_EQ(streams["v"].positions[0], Time(12, 25));
+    EXPECT_EQ(streams["a"].md5[0], truth.audio[12]);
+    EXPECT_EQ(streams["a"].positions[0], Time(24000 - 960, 48000));
+    EXPECT_EQ(streams["a"].samples[0], 1920);
+
+    // Past the end of both, and before the start.
+    EXPECT_FALSE(reader.seek(Time(2)));
+    EXPECT_FALSE(reader.seek(Time(-1, 25)));
+    // A seek fails on a sound track made shorter, while the picture is still positioned.
+    Opened shorter(VellumTest::readFile(path));
+    soundAt48000(shorter, 25);
+    EssenceReader partial(shorter.reader, *shorter.preface, shorter.material(), false, false);
+    EXPECT_FALSE(partial.seek(Time(3, 2)));
+    std::map<std::string, Stream> rest = readAll(partial);
+    EXPECT_TRUE(rest["a"].md5.empty());
+    ASSERT_FALSE(rest["v"].md5.empty());
+    std::vector<std::string> tail(truth.video.end() - static_cast<long>(rest["v"].md5.size()), truth.video.end());
+    EXPECT_EQ(rest["v"].md5, tail);
+    EXPECT_GE(rest["v"].md5.size(), 13u);
 }
 
 TEST(MXFIOEssenceReader, SeeksInSeconds)
@@ -361,7 +461,8 @@ TEST(MXFIOEssenceReader, SeeksInSeconds)
     while (streams["v"].md5.empty() || streams["a"].md5.empty())
     {
         ASSERT_TRUE(reader.nextElementEditUnit(65536, unit));
-        take(unit, streams);
+        if (unit.element.preCharge == 0)
+            take(unit, streams);
     }
     EXPECT_EQ(streams["v"].md5[0], truth.video[12]);
     EXPECT_EQ(streams["v"].positions[0], Time(12, 25));
