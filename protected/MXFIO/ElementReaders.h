@@ -65,6 +65,8 @@ protected:
     int64 firstUnitAfterSeek_;
     // Edit units read before the one displayed at the seek, through temporal reordering.
     int64 delay_;
+    // The container has to be positioned before the next read (after a rewind or a failure).
+    bool seekPending_;
 };
 
 // Frame wrapped and other interleaved essence: one element in each content package.
@@ -130,6 +132,8 @@ private:
     // The stream offset that the index gives for the clip's first edit unit.
     bool baseKnown_;
     uint64 baseStreamOffset_;
+    // The key of the clip's packet as it stands in the file.
+    KLV::Key clipKey_;
 };
 } // namespace MXFIO
 } // namespace Vellum
