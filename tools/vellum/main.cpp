@@ -23,6 +23,8 @@ void usage(std::FILE * out)
                  "                          --index: index segments; --entries: their index entries too)\n"
                  "  dict [SET]              the sets of the built-in dictionary, or one set's attributes\n"
                  "  meta FILE [--json]      the header metadata as a tree from the Preface down\n"
+                 "  unwrap FILE DIR [--track ID] [--range FIRST:COUNT]\n"
+                 "                          each essence track's edit units, as stored, to DIR/track-ID.EXT\n"
                  "  --version               the library's version\n");
 }
 } // namespace
@@ -54,6 +56,8 @@ int main(int argc, char ** argv)
         return VellumTool::dictCommand(arguments);
     if (command == "meta")
         return VellumTool::metaCommand(arguments);
+    if (command == "unwrap")
+        return VellumTool::unwrapCommand(arguments);
     std::fprintf(stderr, "vellum: unknown command '%s'\n", command.c_str());
     usage(stderr);
     return 2;
