@@ -509,6 +509,79 @@ PackageInfo readPackage(S::GenericPackage const & package)
     return info;
 }
 
+// The packages of the content storage, with the body and index SIDs of their essence.
+std::vector<PackageInfo> packagesOf(S::ContentStorage const & storage)
+{
+    std::vector<PackageInfo> packages;
+    std::map<std::string, std::pair<unsigned, unsigned>> containerData; // package UID -> body SID, index SID
+    for (unsigned i = 0; i < storage.essenceContainerDataCount(); ++i)
+    {
+        S::EssenceContainerData const * data = storage.essenceContainerData(i);
+        if (data && data->linkedPackageUID())
+            containerData[umid(data->linkedPackageUID())] =
+                std::make_pair(data->bodySID() ? data->bodySID()->value() : 0u,
+                               data->indexSID() ? data->indexSID()->value() : 0u);
+    }
+    for (unsigned i = 0; i < storage.packagesCount(); ++i)
+    {
+        S::GenericPackage const * package = storage.package(i);
+        if (!package)
+            continue;
+        PackageInfo info = readPackage(*package);
+        auto found = containerData.find(info.uid);
+        if (found != containerData.end())
+        {
+            info.hasEssenceContainerData = true;
+            info.bodySID = found->second.first;
+            info.indexSID = found->second.second;
+        }
+        packages.push_back(info);
+    }
+    return packages;
+}
+
+// The header partition's own metadata against the metadata shown: packages and track durations.
+void compareWithHeader(FileSummary & s, MXFIO::Partition & header)
+{
+    std::vector<PackageInfo> packages;
+    try
+    {
+        Templates::SharedPtr<Metadata::PartitionMetadata> metadata = header.metadata();
+        if (!metadata.get())
+            return;
+        S::ContentStorage const * storage = S::findPreface(*metadata)->contentStorage();
+        if (!storage)
+            return;
+        packages = packagesOf(*storage);
+    }
+    catch (Exceptions::BaseException const & e)
+    {
+        s.warnings.push_back(std::string("the header metadata of the header partition cannot be read: ") +
+                             Utils::narrow(e.message()).c_str());
+        return;
+    }
+    std::string const shown = "the partition at " + std::to_string(s.metadataPartition);
+    for (PackageInfo const & final : s.packages)
+    {
+        PackageInfo const * early = nullptr;
+        for (PackageInfo const & p : packages)
+            if (p.uid == final.uid)
+                early = &p;
+        if (!early)
+        {
+            s.warnings.push_back("the package " + final.uid + " of " + shown + " is not in the header metadata");
+            continue;
+        }
+        for (TrackInfo const & t : final.tracks)
+            for (TrackInfo const & e : early->tracks)
+                if (e.id == t.id && (e.hasDuration != t.hasDuration || e.duration != t.duration))
+                    s.warnings.push_back("the header metadata gives track " + std::to_string(t.id) + " of the " +
+                                         final.kind + " package a duration of " +
+                                         (e.hasDuration ? std::to_string(e.duration) : std::string("none")) + ", " +
+                                         shown + " " + (t.hasDuration ? std::to_string(t.duration) : std::string("none")));
+    }
+}
+
 void readMetadata(FileSummary & s)
 {
     S::initialize();
@@ -606,30 +679,9 @@ void readMetadata(FileSummary & s)
         s.warnings.push_back("the Preface has no content storage");
         return;
     }
-    std::map<std::string, std::pair<unsigned, unsigned>> containerData; // package UID -> body SID, index SID
-    for (unsigned i = 0; i < storage->essenceContainerDataCount(); ++i)
-    {
-        S::EssenceContainerData const * data = storage->essenceContainerData(i);
-        if (data && data->linkedPackageUID())
-            containerData[umid(data->linkedPackageUID())] =
-                std::make_pair(data->bodySID() ? data->bodySID()->value() : 0u,
-                               data->indexSID() ? data->indexSID()->value() : 0u);
-    }
-    for (unsigned i = 0; i < storage->packagesCount(); ++i)
-    {
-        S::GenericPackage const * package = storage->package(i);
-        if (!package)
-            continue;
-        PackageInfo info = readPackage(*package);
-        auto found = containerData.find(info.uid);
-        if (found != containerData.end())
-        {
-            info.hasEssenceContainerData = true;
-            info.bodySID = found->second.first;
-            info.indexSID = found->second.second;
-        }
-        s.packages.push_back(info);
-    }
+    s.packages = packagesOf(*storage);
+    if (chosen != header && header->partitionPack().headerByteCount() != 0)
+        compareWithHeader(s, *header);
 }
 
 // ---------------------------------------------------------------------------------------------
