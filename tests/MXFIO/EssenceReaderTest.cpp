@@ -17,6 +17,7 @@
 #include "Metadata/Structural/Initialize.h"
 #include "Metadata/Structural/MaterialPackage.h"
 #include "Metadata/Structural/Preface.h"
+#include "Metadata/Structural/PackageHelpers.h"
 #include "Metadata/Structural/PrefaceHelpers.h"
 #include "Metadata/Structural/Sequence.h"
 #include "Metadata/Structural/SourceClip.h"
@@ -571,6 +572,97 @@ TEST(MXFIOEssenceReader, ReadsASourcePackageDirectly)
     EssenceReader reader(file.reader, *file.preface, *package, false, false);
     std::map<std::string, Stream> streams = readAll(reader);
     expectWholeEssence("file package", streams, truth);
+}
+
+namespace
+{
+// The material package's track whose clip leads to an element of this item type (0x15 picture,
+// 0x16 sound).
+Metadata::Structural::TimelineTrack * materialTrack(Opened & file, unsigned int itemType)
+{
+    Metadata::Structural::GenericPackage & material = file.material();
+    Metadata::Structural::GenericPackage * source = file.filePackage();
+    for (unsigned i = 0; source != 0 && i < material.tracksCount(); ++i)
+    {
+        auto * track = dynamic_cast<Metadata::Structural::TimelineTrack *>(material.track(i));
+        if (track == 0 || track->sequence() == 0 || track->sequence()->structuralComponentsCount() == 0)
+            continue;
+        auto * clip = dynamic_cast<Metadata::Structural::SourceClip *>(track->sequence()->structuralComponent(0));
+        if (clip == 0 || clip->sourceTrackID() == 0)
+            continue;
+        Metadata::Structural::Track * sourceTrack = source->track(*clip->sourceTrackID());
+        if (sourceTrack != 0 && sourceTrack->trackNumber() != 0 && sourceTrack->trackNumber()->value() >> 24 == itemType)
+            return track;
+    }
+    return 0;
+}
+} // namespace
+
+TEST(MXFIOEssenceReader, FollowsTheClipsOfATrack)
+{
+    REQUIRE_FIXTURE(path, "op1a-mpeg2-pcm.mxf");
+    Truth truth(path);
+    Opened file(VellumTest::readFile(path));
+    Metadata::Structural::TimelineTrack * picture = materialTrack(file, 0x15);
+    ASSERT_NE(picture, nullptr);
+    Metadata::Structural::Sequence * sequence = picture->sequence();
+    auto * first = dynamic_cast<Metadata::Structural::SourceClip *>(sequence->structuralComponent(0));
+    ASSERT_NE(first, nullptr);
+    // Frames 0 to 19 of the file, then frames 30 to 39.
+    Types::Length twenty(20);
+    first->duration(&twenty);
+    Metadata::Structural::SourceClip * second = Metadata::Structural::addSourceClip(
+        *file.metadata, sequence, *first->dataDefinition(), 30, 10);
+    second->sourcePackageID(first->sourcePackageID());
+    second->sourceTrackID(first->sourceTrackID());
+    Types::Length thirty(30);
+    sequence->duration(&thirty);
+
+    EssenceReader reader(file.reader, *file.preface, file.material(), false, false);
+    std::map<std::string, Stream> streams = readAll(reader);
+    std::vector<std::string> expected(truth.video.begin(), truth.video.begin() + 20);
+    expected.insert(expected.end(), truth.video.begin() + 30, truth.video.begin() + 40);
+    EXPECT_EQ(streams["v"].md5, expected);
+    EXPECT_EQ(streams["a"].md5, truth.audio);
+    // The second clip follows the first on the track's time line.
+    ASSERT_EQ(streams["v"].positions.size(), 30u);
+    EXPECT_EQ(streams["v"].positions[20], Time(20, 25));
+    EXPECT_EQ(streams["v"].positions[29], Time(29, 25));
+
+    // One second into the track is frame 5 of the second clip: frame 35 of the file.
+    ASSERT_TRUE(reader.seek(Time(1)));
+    EssenceReader::ElementEditUnit unit;
+    std::map<std::string, Stream> after;
+    while (after["v"].md5.empty() || after["a"].md5.empty())
+    {
+        ASSERT_TRUE(reader.nextElementEditUnit(65536, unit));
+        take(unit, after);
+    }
+    EXPECT_EQ(after["v"].md5[0], truth.shownAt(35));
+    EXPECT_EQ(after["a"].md5[0], truth.audio[25]);
+    // Behind the end of the picture track but inside the sound: false, and the sound reads on.
+    EXPECT_FALSE(reader.seek(Time(6, 5)));
+    std::map<std::string, Stream> rest = readAll(reader);
+    EXPECT_TRUE(rest["v"].md5.empty());
+    EXPECT_EQ(rest["a"].md5, std::vector<std::string>(truth.audio.begin() + 30, truth.audio.end()));
+}
+
+TEST(MXFIOEssenceReader, OpenEndedClipsRunToTheEndOfTheContainer)
+{
+    REQUIRE_FIXTURE(path, "op1a-mpeg2-pcm.mxf");
+    Truth truth(path);
+    Opened file(VellumTest::readFile(path));
+    Types::Length open(-1);
+    for (unsigned int itemType : {0x15u, 0x16u})
+    {
+        Metadata::Structural::TimelineTrack * track = materialTrack(file, itemType);
+        ASSERT_NE(track, nullptr);
+        track->sequence()->structuralComponent(0)->duration(&open);
+    }
+    EssenceReader reader(file.reader, *file.preface, file.material(), false, false);
+    EXPECT_EQ(reader.duration(), Time(2));
+    std::map<std::string, Stream> streams = readAll(reader);
+    expectWholeEssence("open ended", streams, truth);
 }
 
 TEST(MXFIOEssenceReader, APackageWithoutEssenceTracksIsRefused)
