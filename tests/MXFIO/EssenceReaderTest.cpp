@@ -25,6 +25,7 @@
 #include "Metadata/Structural/SourcePackage.h"
 #include "Metadata/Structural/TimelineTrack.h"
 #include "MetaMetadata/StandardDictionary.h"
+#include "MXFIO/ContentStorageReader.h"
 #include "MXFIO/EssenceReader.h"
 #include "MXFIO/Reader2.h"
 #include "Support/Fixtures.h"
@@ -761,4 +762,121 @@ TEST(MXFIOEssenceReader, ReadsWhatADamagedFileStillHolds)
             ADD_FAILURE() << e.whatUtf8().c_str();
         }
     }
+}
+
+namespace
+{
+// The track number of the file package's element of this item type, or 0.
+unsigned int elementOf(Opened & file, unsigned int itemType)
+{
+    Metadata::Structural::GenericPackage * source = file.filePackage();
+    for (unsigned i = 0; source != 0 && i < source->tracksCount(); ++i)
+    {
+        Metadata::Structural::Track * track = source->track(i);
+        if (track->trackNumber() != 0 && track->trackNumber()->value() >> 24 == itemType)
+            return track->trackNumber()->value();
+    }
+    return 0;
+}
+
+std::string readHash(MXFIO::ElementReader & element, MXFIO::ElementData & data)
+{
+    if (!element.read(65536, data) || data.packet.get() == 0)
+        return "nothing";
+    KLV::Value & value = data.packet->value();
+    Bytes bytes(static_cast<size_t>(value.remaining()));
+    uint64 got = value.read(bytes.data(), bytes.size());
+    return VellumTest::md5Hex(bytes.data(), static_cast<size_t>(got));
+}
+} // namespace
+
+TEST(MXFIOElementReader, SeeksThreeWaysAndStopsAtTheClipEnd)
+{
+    REQUIRE_FIXTURE(path, "op1a-mpeg2-pcm.mxf");
+    Truth truth(path);
+    Opened file(VellumTest::readFile(path));
+    Metadata::Structural::GenericPackage * source = file.filePackage();
+    ASSERT_NE(source, nullptr);
+    MXFIO::ContentStorageReader container(file.reader,
+                                          *file.preface->contentStorage()->essenceContainerData(*source->packageUID()),
+                                          false, false, Templates::SharedPtr<MXFIO::ContentStorageProfile>());
+    unsigned int number = elementOf(file, 0x15);
+    ASSERT_NE(number, 0u);
+    // A clip of frames 10 to 29 of the container.
+    Templates::auto_ptr<MXFIO::ElementReader> element =
+        container.elementReader(number, 10, 20, Types::Rational(25, 1));
+    EXPECT_FALSE(element->clipWrapped());
+    EXPECT_EQ(element->duration(), 20);
+    EXPECT_EQ(element->startPosition(), 10);
+    EXPECT_EQ(element->trackNumber(), number);
+    EXPECT_EQ(element->key(), MXFIO::trackNumber2Key(number));
+    EXPECT_EQ(element->editRate(), Templates::Rational<int>(25));
+
+    MXFIO::ElementData data;
+    element->rewind();
+    EXPECT_EQ(element->position(), Time(0));
+    EXPECT_EQ(readHash(*element, data), truth.video[10]);
+    EXPECT_EQ(data.samples, 1);
+    EXPECT_EQ(data.units, 1u);
+    EXPECT_TRUE(data.hasIndexInfo);
+    EXPECT_EQ(element->lastPosition(), Time(0));
+    EXPECT_EQ(element->position(), Time(1, 25));
+
+    // An absolute unit of the container, as stored; a unit of the clip in container units and
+    // one in the element's units, both for the picture shown there.
+    EXPECT_TRUE(element->seekAbsolute(3));
+    EXPECT_EQ(readHash(*element, data), truth.video[3]);
+    EXPECT_TRUE(element->seekContainerUnits(5));
+    EXPECT_EQ(readHash(*element, data), truth.shownAt(15));
+    EXPECT_TRUE(element->seek(7));
+    EXPECT_EQ(readHash(*element, data), truth.shownAt(17));
+    EXPECT_FALSE(element->seek(20));
+    EXPECT_FALSE(element->seek(-1));
+
+    // The clip ends after frame 29: the read after it gives no packet.
+    EXPECT_TRUE(element->seekAbsolute(28));
+    EXPECT_EQ(readHash(*element, data), truth.video[28]);
+    EXPECT_EQ(readHash(*element, data), truth.video[29]);
+    EXPECT_EQ(readHash(*element, data), "nothing");
+    EXPECT_EQ(data.packet.get(), nullptr);
+
+    // A track number that differs only in the element count reads the same element.
+    Templates::auto_ptr<MXFIO::ElementReader> counted =
+        container.elementReader((number & 0xFF00FFFFu) | 0x00070000u, 0, 50, Types::Rational(25, 1));
+    counted->rewind();
+    EXPECT_EQ(readHash(*counted, data), truth.video[0]);
+    EXPECT_TRUE(counted->seekAbsolute(49));
+    EXPECT_EQ(readHash(*counted, data), truth.video[49]);
+    EXPECT_EQ(readHash(*counted, data), "nothing");
+}
+
+TEST(MXFIOElementReader, HandsOutTheEditUnitsOfAWrappedClip)
+{
+    REQUIRE_FIXTURE(path, "opatom-dnxhd.mxf");
+    Truth truth(path);
+    Opened file(VellumTest::readFile(path));
+    Metadata::Structural::GenericPackage * source = file.filePackage();
+    ASSERT_NE(source, nullptr);
+    MXFIO::ContentStorageReader container(file.reader,
+                                          *file.preface->contentStorage()->essenceContainerData(*source->packageUID()),
+                                          false, false, Templates::SharedPtr<MXFIO::ContentStorageProfile>());
+    unsigned int number = elementOf(file, 0x15);
+    ASSERT_NE(number, 0u);
+    ASSERT_EQ(truth.video.size(), 5u);
+    Templates::auto_ptr<MXFIO::ElementReader> element = container.elementReader(number, 0, 5, Types::Rational(25, 1));
+    EXPECT_TRUE(element->clipWrapped());
+    MXFIO::ElementData data;
+    element->rewind();
+    for (size_t i = 0; i < 5; ++i)
+    {
+        EXPECT_EQ(readHash(*element, data), truth.video[i]) << i;
+        EXPECT_EQ(data.samples, 1);
+    }
+    EXPECT_EQ(readHash(*element, data), "nothing");
+    EXPECT_TRUE(element->seek(3));
+    EXPECT_EQ(readHash(*element, data), truth.video[3]);
+    EXPECT_TRUE(element->seekAbsolute(1));
+    EXPECT_EQ(readHash(*element, data), truth.video[1]);
+    EXPECT_FALSE(element->seek(5));
+    EXPECT_FALSE(element->seekAbsolute(-1));
 }
