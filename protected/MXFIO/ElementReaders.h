@@ -42,6 +42,9 @@ protected:
     bool pastClipEnd(int64 containerUnit) const;
     // The element's samples that the container edit unit holds.
     int64 samplesOf(int64 containerUnit) const;
+    // The container edit unit to go to so that the unit displayed at containerUnit comes out
+    // (pictures only: other elements are not reordered); it becomes the first unit of the seek.
+    int64 reorderedTarget(int64 containerUnit);
     // Notes the container edit unit to read next, and its position.
     void nextUnit(int64 containerUnit);
     // Fills the pre-charge and the index information of the unit read.

@@ -25,6 +25,13 @@ bool sameElement(KLV::Key const & a, KLV::Key const & b)
     return Types::compareMasked(a.rawBuffer(), b.rawBuffer(), elementKeyMaskBytes, KLV::Key::SIZE);
 }
 
+// Only pictures are stored out of display order; sound and data follow the content packages.
+bool isPictureElement(unsigned int trackNumber)
+{
+    unsigned int itemType = trackNumber >> 24;
+    return itemType == 0x15 || itemType == 0x05;
+}
+
 // The search limit for the clip's packet when a seek, not a read, has to find it.
 uint64 const clipSearchLimit = 4096;
 
@@ -107,6 +114,17 @@ int64 BaseElementEssenceReader::samplesOf(int64 containerUnit) const
     if (begin < 0)
         begin = 0;
     return end > begin ? end - begin : 0;
+}
+
+int64 BaseElementEssenceReader::reorderedTarget(int64 containerUnit)
+{
+    int64 target = containerUnit;
+    if (isPictureElement(trackNumber_))
+        target = seeker_.reorderedEditUnit(containerUnit);
+    if (target < 0)
+        target = 0;
+    firstUnitAfterSeek_ = target;
+    return target;
 }
 
 void BaseElementEssenceReader::nextUnit(int64 containerUnit)
@@ -210,10 +228,7 @@ bool ElementEssenceReader::seek(int64 editUnit)
         takeReaderPosition();
         return false;
     }
-    int64 unit = containerUnitOfClipUnit(editUnit);
-    firstUnitAfterSeek_ = unit;
-    int64 target = seeker_.reorderedEditUnit(unit);
-    return goTo(target < 0 ? 0 : target);
+    return goTo(reorderedTarget(containerUnitOfClipUnit(editUnit)));
 }
 
 bool ElementEssenceReader::seekContainerUnits(int64 editUnit)
@@ -229,9 +244,7 @@ bool ElementEssenceReader::seekContainerUnits(int64 editUnit)
         takeReaderPosition();
         return false;
     }
-    firstUnitAfterSeek_ = unit;
-    int64 target = seeker_.reorderedEditUnit(unit);
-    return goTo(target < 0 ? 0 : target);
+    return goTo(reorderedTarget(unit));
 }
 
 bool ElementEssenceReader::seekAbsolute(int64 containerEditUnit)
@@ -400,10 +413,7 @@ bool ElementEssenceReaderClipWrap::seek(int64 editUnit)
 {
     if (editUnit < 0)
         return false;
-    int64 unit = containerUnitOfClipUnit(editUnit);
-    firstUnitAfterSeek_ = unit;
-    int64 target = seeker_.reorderedEditUnit(unit);
-    return goTo(target < 0 ? 0 : target);
+    return goTo(reorderedTarget(containerUnitOfClipUnit(editUnit)));
 }
 
 bool ElementEssenceReaderClipWrap::seekContainerUnits(int64 editUnit)
@@ -411,9 +421,7 @@ bool ElementEssenceReaderClipWrap::seekContainerUnits(int64 editUnit)
     if (editUnit < 0)
         return false;
     int64 unit = editUnit + startContainerUnit_;
-    firstUnitAfterSeek_ = unit;
-    int64 target = seeker_.reorderedEditUnit(unit);
-    return goTo(target < 0 ? 0 : target);
+    return goTo(reorderedTarget(unit));
 }
 
 bool ElementEssenceReaderClipWrap::seekAbsolute(int64 containerEditUnit)

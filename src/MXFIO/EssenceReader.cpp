@@ -130,8 +130,20 @@ struct EssenceReader::Impl
         Templates::map<EssenceContainerData *, ContentStorageReader *>::iterator it = containers_.find(&data);
         if (it != containers_.end())
             return *it->second;
-        Templates::auto_ptr<ContentStorageReader> made(
-            new ContentStorageReader(reader_, data, growing_, sequential_, profile_));
+        Templates::auto_ptr<ContentStorageReader> made;
+        try
+        {
+            made.reset(new ContentStorageReader(reader_, data, growing_, sequential_, profile_));
+        }
+        catch (Exceptions::InvalidFormat const &)
+        {
+            // A file cut short (no footer behind its last body partition) is read as one whose
+            // end has not been written yet: as far as it goes.
+            if (growing_)
+                throw;
+            made.reset(new ContentStorageReader(reader_, data, true, sequential_, profile_));
+            openDuration_ = true;
+        }
         containerOrder_.push_back(made.get());
         ContentStorageReader * result = made.release();
         containers_[&data] = result;

@@ -17,6 +17,7 @@
 #include "Metadata/PartitionMetadata.h"
 #include "Metadata/Structural/EssenceContainerData.h"
 #include "Metadata/Structural/Initialize.h"
+#include "Metadata/Structural/Sequence.h"
 #include "Metadata/Structural/SourcePackage.h"
 #include "Metadata/Structural/StructuralMetadataKeys.h"
 #include "Metadata/Structural/TimelineTrack.h"
@@ -296,10 +297,17 @@ TEST(MXFIOContentStorageReader, FineSeekToAnElement)
         EXPECT_EQ(packet->key(), MXFIO::trackNumber2Key(pcmSound));
         EXPECT_EQ(reader->nextElementIndex(), 3u);
         packet->value().discard();
+        packet.reset();
 
-        // A number differing in byte 2 names the same element.
+        // A number differing in byte 2 names the same element; its value is the file's bytes.
         ASSERT_TRUE(reader->fineSeek(n, mpegPicture | 0x00020000u));
-        EXPECT_EQ(nextOffset(*reader), pictures[size_t(n)]);
+        packet = reader->nextKLV(65536);
+        ASSERT_NE(packet.get(), nullptr);
+        EXPECT_EQ(size_t(packet->keyAbsoluteOffset()), pictures[size_t(n)]);
+        Bytes value(size_t(packet->length()));
+        packet->value().readValue(value.data(), value.size());
+        size_t const start = size_t(packet->keyAbsoluteOffset() + packet->klvLength() - packet->length());
+        EXPECT_TRUE(std::equal(value.begin(), value.end(), o.bytes.begin() + long(start)));
         // The first element: the content package itself.
         ASSERT_TRUE(reader->fineSeek(n, systemPack));
         EXPECT_EQ(reader->editUnit(), n);
@@ -476,4 +484,120 @@ TEST(MXFIOContentStorageReader, ConstructionChecks)
     Types::Rational const rate(25, 1);
     EXPECT_EQ(messageOf<Exceptions::NotFound>([&] { reader->elementReader(0x17010100, 0, 10, rate); }),
               "track != 0: Track not found.");
+}
+
+namespace
+{
+class ChosenProfile : public MXFIO::ContentStorageProfile
+{
+public:
+    ChosenProfile(IndexProviderChoice index, PartitionProviderChoice partitions) : index_(index), partitions_(partitions)
+    {
+    }
+    unsigned int editUnitsPerPartition() const override { return 0; }
+    bool growingFile() const override { return false; }
+    IndexProviderChoice indexProvider() const override { return index_; }
+    PartitionProviderChoice partitionProvider() const override { return partitions_; }
+
+private:
+    IndexProviderChoice index_;
+    PartitionProviderChoice partitions_;
+};
+
+Metadata::Structural::TimelineTrack * trackOf(Opened & o, unsigned int trackNumber)
+{
+    Metadata::Structural::SourcePackage * package =
+        dynamic_cast<Metadata::Structural::SourcePackage *>(o.data->linkedPackage());
+    for (unsigned int i = 0; i < package->tracksCount(); ++i)
+    {
+        Metadata::Structural::Track * track = package->track(i);
+        if (track->trackNumber() != nullptr && track->trackNumber()->value() == trackNumber)
+            return dynamic_cast<Metadata::Structural::TimelineTrack *>(track);
+    }
+    return nullptr;
+}
+} // namespace
+
+TEST(MXFIOContentStorageReader, ElementReadersAndTheirChecks)
+{
+    Opened o("op1a-mpeg2-pcm.mxf");
+    REQUIRE_OPENED(o);
+    Templates::auto_ptr<ContentStorageReader> reader = o.open();
+    Types::Rational const rate(25, 1);
+    Templates::auto_ptr<MXFIO::ElementReader> picture = reader->elementReader(mpegPicture, 0, 50, rate);
+    ASSERT_NE(picture.get(), nullptr);
+    EXPECT_FALSE(picture->clipWrapped());
+    EXPECT_EQ(picture->trackNumber(), mpegPicture);
+
+    // The time code track has the number 0: found, but no element of the container.
+    ASSERT_NE(trackOf(o, 0), nullptr);
+    EXPECT_EQ(messageOf<Exceptions::NotFound>([&] { reader->elementReader(0, 0, 50, rate); }),
+              "trackNumber != 0: Track Number not found.");
+
+    // A track whose number the container does not carry.
+    Metadata::Structural::TimelineTrack * sound = trackOf(o, pcmSound);
+    ASSERT_NE(sound, nullptr);
+    Types::UInt32 const foreign(0x17010100);
+    sound->trackNumber(&foreign);
+    EXPECT_EQ(messageOf<Exceptions::NotFound>([&] { reader->elementReader(0x17010100, 0, 50, rate); }),
+              "impl_ -> seeker_ -> trackNumberExists (trackNumberValue): Track Number not found in this content "
+              "Storage.");
+    Types::UInt32 const own(pcmSound);
+    sound->trackNumber(&own);
+
+    // A track that claims more edit units than the container holds.
+    Metadata::Structural::TimelineTrack * video = trackOf(o, mpegPicture);
+    ASSERT_NE(video, nullptr);
+    ASSERT_NE(video->sequence(), nullptr);
+    ASSERT_NE(video->sequence()->duration(), nullptr);
+    Types::Length const original = *video->sequence()->duration();
+    Types::Length const tooLong(60);
+    video->sequence()->duration(&tooLong);
+    EXPECT_EQ(messageOf<Exceptions::InvalidElement>([&] { reader->elementReader(mpegPicture, 0, 50, rate); }),
+              "(sourcePackageDuration - trackDuration) < 1: duration with bad value.");
+    video->sequence()->duration(&original);
+    EXPECT_NO_THROW(reader->elementReader(mpegPicture, 0, 50, rate));
+
+    Opened clip("opatom-dnxhd.mxf");
+    REQUIRE_OPENED(clip);
+    Templates::auto_ptr<ContentStorageReader> clipReader = clip.open();
+    unsigned int const number = clipReader->elements()[0];
+    Templates::auto_ptr<MXFIO::ElementReader> whole = clipReader->elementReader(number, 0, 5, rate);
+    EXPECT_TRUE(whole->clipWrapped());
+}
+
+TEST(MXFIOContentStorageReader, ProvidersOfTheProfile)
+{
+    Opened o("op1a-partitions.mxf");
+    REQUIRE_OPENED(o);
+    std::vector<size_t> packages = offsetsOf(o.items, systemPack);
+    ASSERT_EQ(packages.size(), 300u);
+    std::vector<int64> units = {260, 3, 299, 250, 0};
+
+    // The index parsed on request and partitions found by walking: the same places.
+    Templates::SharedPtr<MXFIO::ContentStorageProfile> walking(new ChosenProfile(
+        MXFIO::ContentStorageProfile::ParseOnRequestIndex, MXFIO::ContentStorageProfile::BasicPartitions));
+    ContentStorageReader reader(*o.reader, *o.data, false, false, walking);
+    EXPECT_EQ(reader.duration(), 300);
+    for (int64 n : units)
+    {
+        ASSERT_TRUE(reader.seek(n)) << n;
+        EXPECT_EQ(nextOffset(reader), packages[size_t(n)]) << n;
+    }
+
+    // Without an index the seeker estimates; what a read through the file taught it is exact.
+    Templates::SharedPtr<MXFIO::ContentStorageProfile> blind(
+        new ChosenProfile(MXFIO::ContentStorageProfile::NoIndex, MXFIO::ContentStorageProfile::AutomaticPartitions));
+    EXPECT_EQ(reader.temporalReordering(), 2u);
+    reader.setContentStorageProfile(blind);
+    ASSERT_TRUE(reader.seek(0));
+    while (Templates::auto_ptr<KLV::Packet> packet = reader.nextKLV(65536))
+        packet->value().discard();
+    EXPECT_EQ(reader.editUnit(), 300);
+    for (int64 n : units)
+    {
+        ASSERT_TRUE(reader.seek(n)) << n;
+        EXPECT_EQ(nextOffset(reader), packages[size_t(n)]) << n;
+    }
+    EXPECT_FALSE(reader.seek(300));
 }
