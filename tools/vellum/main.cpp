@@ -15,7 +15,8 @@ void usage(std::FILE * out)
                  "usage: vellum COMMAND [OPTIONS] FILE\n"
                  "\n"
                  "commands:\n"
-                 "  info FILE               a summary of the file: run-in, partitions, essence streams\n"
+                 "  info FILE [--json]      a summary: partitions, RIP, packages and tracks, descriptors, index,\n"
+                 "                          the essence found in the body, and warnings where they disagree\n"
                  "  klv FILE [--limit N] [--primer] [--index] [--entries]\n"
                  "                          one line per KLV packet: offset, key, BER size, length, kind;\n"
                  "                          partition packs, the Primer and the RIP decoded (--primer: its table;\n"
@@ -24,6 +25,8 @@ void usage(std::FILE * out)
                  "  meta FILE [--json]      the header metadata as a tree from the Preface down\n"
                  "  check FILE [--json]     what is inconsistent in the file, each with its offset;\n"
                  "                          exit 0 when nothing is found, 1 when something is\n"
+                 "  unwrap FILE DIR [--track ID] [--range FIRST:COUNT]\n"
+                 "                          each essence track's edit units, as stored, to DIR/track-ID.EXT\n"
                  "  --version               the library's version\n");
 }
 } // namespace
@@ -57,6 +60,8 @@ int main(int argc, char ** argv)
         return VellumTool::metaCommand(arguments);
     if (command == "check")
         return VellumTool::checkCommand(arguments);
+    if (command == "unwrap")
+        return VellumTool::unwrapCommand(arguments);
     std::fprintf(stderr, "vellum: unknown command '%s'\n", command.c_str());
     usage(stderr);
     return 2;
