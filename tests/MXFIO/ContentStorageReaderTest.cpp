@@ -313,6 +313,11 @@ TEST(MXFIOContentStorageReader, FineSeekToAnElement)
         EXPECT_EQ(reader->editUnit(), n);
         EXPECT_EQ(reader->nextElementIndex(), 0u);
         EXPECT_EQ(nextOffset(*reader), offsetsOf(o.items, systemPack)[size_t(n)]);
+        // The set behind the system pack is part of the system item: the seek lands on its start.
+        ASSERT_TRUE(reader->fineSeek(n, systemSet));
+        EXPECT_EQ(reader->editUnit(), n);
+        EXPECT_EQ(reader->nextElementIndex(), 0u);
+        EXPECT_EQ(nextOffset(*reader), offsetsOf(o.items, systemPack)[size_t(n)]);
     }
     EXPECT_FALSE(reader->fineSeek(50, pcmSound));
     EXPECT_FALSE(reader->fineSeek(-1, pcmSound));
