@@ -581,6 +581,8 @@ bool ContentStorageReader::fineSeek(int64 editUnit, unsigned int trackNumber)
     uint64 offset = 0;
     if (!impl_->seeker_->elementStreamOffset(editUnit, trackNumber, offset))
         return false;
+    // The packets of the system item share its place in the content package: a seek to any of
+    // them lands on the item's start, the package's first element.
     unsigned int const index = impl_->seeker_->elementIndex(trackNumber);
     if (!impl_->gotoOffset(offset, editUnit))
         return false;

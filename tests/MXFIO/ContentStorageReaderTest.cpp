@@ -313,6 +313,11 @@ TEST(MXFIOContentStorageReader, FineSeekToAnElement)
         EXPECT_EQ(reader->editUnit(), n);
         EXPECT_EQ(reader->nextElementIndex(), 0u);
         EXPECT_EQ(nextOffset(*reader), offsetsOf(o.items, systemPack)[size_t(n)]);
+        // The set behind the system pack is part of the system item: the seek lands on its start.
+        ASSERT_TRUE(reader->fineSeek(n, systemSet));
+        EXPECT_EQ(reader->editUnit(), n);
+        EXPECT_EQ(reader->nextElementIndex(), 0u);
+        EXPECT_EQ(nextOffset(*reader), offsetsOf(o.items, systemPack)[size_t(n)]);
     }
     EXPECT_FALSE(reader->fineSeek(50, pcmSound));
     EXPECT_FALSE(reader->fineSeek(-1, pcmSound));
@@ -600,4 +605,22 @@ TEST(MXFIOContentStorageReader, ProvidersOfTheProfile)
         EXPECT_EQ(nextOffset(reader), packages[size_t(n)]) << n;
     }
     EXPECT_FALSE(reader.seek(300));
+}
+
+TEST(MXFIOContentStorageReader, PlainReaderWalksThePartitions)
+{
+    Opened o("op1a-partitions.mxf");
+    REQUIRE_OPENED(o);
+    std::vector<size_t> packages = offsetsOf(o.items, systemPack);
+    ASSERT_EQ(packages.size(), 300u);
+    // A Reader without the footer's knowledge: the partitions are found by walking forward.
+    MXFIO::Reader plain(*o.source, dictionary(), 65536);
+    ContentStorageReader reader(plain, *o.data, false, false, Templates::SharedPtr<MXFIO::ContentStorageProfile>());
+    EXPECT_EQ(reader.duration(), 300);
+    EXPECT_EQ(reader.indexableDuration(), 300u);
+    for (int64 n : {299, 0, 251, 17})
+    {
+        ASSERT_TRUE(reader.seek(n)) << n;
+        EXPECT_EQ(nextOffset(reader), packages[size_t(n)]) << n;
+    }
 }
