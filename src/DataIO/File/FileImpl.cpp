@@ -111,6 +111,9 @@ uint64 FileImpl::seek(uint64 target)
     uint64 end = absoluteOffset() + remaining();
     if (target > end)
         target = end;
+    // Readers re-position before each packet; staying put costs no system call.
+    if (readOnly_ && target == position)
+        return target;
     // A stream that is only read seeks without a flush, so that the runtime keeps what it has
     // buffered: walking small packets skips every value.
     bool moved = readOnly_ ? ::fseeko(file_, off_t(target), SEEK_SET) == 0 : Platform::fileSeek(file_, int64(target));
