@@ -9,47 +9,14 @@
 
 #include "Check.h"
 #include "Commands.h"
+#include "JsonValue.h"
 #include "Exceptions/Exceptions.h"
 
 namespace VellumTool
 {
 namespace
 {
-std::string json(std::string const & text)
-{
-    std::string out = "\"";
-    for (unsigned char c : text)
-    {
-        switch (c)
-        {
-        case '"':
-            out += "\\\"";
-            break;
-        case '\\':
-            out += "\\\\";
-            break;
-        case '\n':
-            out += "\\n";
-            break;
-        case '\r':
-            out += "\\r";
-            break;
-        case '\t':
-            out += "\\t";
-            break;
-        default:
-            if (c < 0x20)
-            {
-                char buffer[8];
-                std::snprintf(buffer, sizeof buffer, "\\u%04x", c);
-                out += buffer;
-            }
-            else
-                out += char(c);
-        }
-    }
-    return out + "\"";
-}
+std::string json(std::string const & text) { return JsonValue::quote(text); }
 
 int usage()
 {

@@ -12,6 +12,7 @@
 #include "Commands.h"
 #include "DataIO/File/FileDataSource.h"
 #include "Exceptions/Exceptions.h"
+#include "JsonValue.h"
 #include "KLV/KeyPredicates.h"
 #include "KLV/Packet.h"
 #include "KLV/Reader.h"
@@ -476,41 +477,7 @@ void printText(Node const & node, unsigned depth, std::string const & mark)
     }
 }
 
-std::string json(std::string const & text)
-{
-    std::string out = "\"";
-    for (unsigned char c : text)
-    {
-        switch (c)
-        {
-        case '"':
-            out += "\\\"";
-            break;
-        case '\\':
-            out += "\\\\";
-            break;
-        case '\n':
-            out += "\\n";
-            break;
-        case '\r':
-            out += "\\r";
-            break;
-        case '\t':
-            out += "\\t";
-            break;
-        default:
-            if (c < 0x20)
-            {
-                char buffer[8];
-                std::snprintf(buffer, sizeof buffer, "\\u%04x", c);
-                out += buffer;
-            }
-            else
-                out += char(c);
-        }
-    }
-    return out + "\"";
-}
+std::string json(std::string const & text) { return JsonValue::quote(text); }
 
 void printJson(Node const & node, std::string const & indent)
 {
