@@ -1,0 +1,112 @@
+// Every sample, every ffmpeg fixture and the example file, cut at 200 places and with 200 single
+// bytes changed, each read completely in memory: only exceptions of the family may come out,
+// no walk may run away, and the sweep of one file stays within its time.
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <chrono>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "Support/Fixtures.h"
+#include "Support/ReadEverything.h"
+
+namespace
+{
+typedef std::vector<unsigned char> Bytes;
+
+unsigned const VARIANTS = 200;
+double const SECONDS_PER_FILE = 20.0;
+
+// Caps per variant that keep the sweep short; the discovery and metadata work is not capped.
+VellumTest::ReadLimits sweepLimits()
+{
+    VellumTest::ReadLimits limits;
+    limits.maximumPacketsPerPartition = 512;
+    limits.maximumSequentialPackets = 2048;
+    limits.maximumEditUnits = 64;
+    return limits;
+}
+
+void readVariant(Bytes const & variant, std::string const & what)
+{
+    VellumTest::ReadReport report;
+    try
+    {
+        report = VellumTest::readEverything(variant.data(), variant.size(), sweepLimits());
+    }
+    catch (std::exception const & e)
+    {
+        ADD_FAILURE() << what << ": " << e.what();
+        return;
+    }
+    EXPECT_FALSE(report.runaway) << what;
+}
+
+void sweep(std::string const & path)
+{
+    SCOPED_TRACE(path);
+    Bytes const file = VellumTest::readFile(path);
+    ASSERT_FALSE(file.empty());
+    auto const start = std::chrono::steady_clock::now();
+
+    // The whole file reads without running away.
+    readVariant(file, "whole");
+
+    // Cuts spread over the file, the first at the start and the last one byte short of the end.
+    for (unsigned i = 0; i < VARIANTS; ++i)
+    {
+        std::size_t const cut = std::size_t((file.size() - 1) * uint64_t(i) / (VARIANTS - 1));
+        Bytes variant(file.begin(), file.begin() + std::ptrdiff_t(cut));
+        readVariant(variant, "cut at " + std::to_string(cut));
+    }
+
+    // Single bytes changed at random places to random other values, the same on every run.
+    std::mt19937 generator(20261121u);
+    std::uniform_int_distribution<std::size_t> place(0, file.size() - 1);
+    std::uniform_int_distribution<int> flip(1, 255);
+    Bytes variant = file;
+    for (unsigned i = 0; i < VARIANTS; ++i)
+    {
+        std::size_t const at = place(generator);
+        unsigned char const original = variant[at];
+        variant[at] = static_cast<unsigned char>(original ^ flip(generator));
+        readVariant(variant, "byte " + std::to_string(at) + " changed");
+        variant[at] = original;
+    }
+
+    double const seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+    EXPECT_LT(seconds, SECONDS_PER_FILE);
+}
+} // namespace
+
+TEST(HardeningSweep, SampleFiles)
+{
+    VELLUM_REQUIRE_SHARED();
+    std::vector<std::string> const files = VellumTest::sampleFiles();
+    ASSERT_FALSE(files.empty());
+    for (std::string const & path : files)
+        sweep(path);
+}
+
+TEST(HardeningSweep, FfmpegFixtures)
+{
+    unsigned made = 0;
+    for (std::string const & name : VellumTest::ffmpegFixtureNames())
+    {
+        std::string const path = VellumTest::ffmpegFixture(name);
+        if (path.empty())
+            continue;
+        ++made;
+        sweep(path);
+    }
+    if (made == 0)
+        GTEST_SKIP() << "ffmpeg is not installed";
+}
+
+TEST(HardeningSweep, ExampleFile)
+{
+    sweep(std::string(VELLUM_SOURCE_DIR) + "/examples/small.mxf");
+}

@@ -1,0 +1,216 @@
+#include "Support/ReadEverything.h"
+
+#include "DataIO/Memory/MemoryDataSource.h"
+#include "Exceptions/Exceptions.h"
+#include "IndexTables/IndexTableSegment.h"
+#include "KLV/Packet.h"
+#include "MXFIO/Reader2.h"
+#include "MXFIO/SequentialReader.h"
+#include "MetaMetadata/StandardDictionary.h"
+#include "Metadata/Element.h"
+#include "Metadata/MetadataSet.h"
+#include "Metadata/PartitionMetadata.h"
+#include "Packs/RandomIndexPack.h"
+
+#include <set>
+#include <vector>
+
+namespace VellumTest
+{
+using namespace Vellum;
+
+namespace
+{
+uint64 const KEY_SEARCH_LIMIT = 65536;
+
+Templates::SharedPtr<MetaMetadata::Dictionary> standardDictionary()
+{
+    static Templates::SharedPtr<MetaMetadata::Dictionary> dictionary = MetaMetadata::createStandardDictionary();
+    return dictionary;
+}
+
+// Keeps the partitions met, once each, and notes a walk that meets one again.
+struct PartitionLog
+{
+    std::vector<MXFIO::Partition *> order;
+    std::set<MXFIO::Partition *> known;
+
+    void note(MXFIO::Partition * partition)
+    {
+        if (partition != nullptr && known.insert(partition).second)
+            order.push_back(partition);
+    }
+};
+
+// Counts what the sequential reader hands over; the defaults of the base class drop it.
+class CountingSequentialReader : public MXFIO::SequentialReader
+{
+public:
+    CountingSequentialReader(DataIO::DataSource & source, Templates::SharedPtr<MetaMetadata::Dictionary> dictionary)
+        : MXFIO::SequentialReader(source, dictionary)
+    {
+    }
+};
+
+template <typename Step>
+void guarded(ReadReport & report, Step step)
+{
+    try
+    {
+        step();
+    }
+    catch (Exceptions::BaseException const &)
+    {
+        ++report.exceptions;
+    }
+}
+
+void examineMetadata(Metadata::PartitionMetadata & metadata, ReadReport & report)
+{
+    report.metadataSets += unsigned(metadata.size());
+    Templates::vector<Metadata::Element *> elements;
+    metadata.openElements(elements);
+    metadata.incompleteElements(elements);
+    metadata.possiblyOpenElements(elements);
+    metadata.possiblyIncompleteElements(elements);
+    metadata.possiblyForbiddenElements(elements);
+    Templates::vector<Metadata::MetadataSet const *> order;
+    metadata.calculateSerializationOrder(order, true, true);
+    // Each parent search goes over all the sets: a few are enough.
+    Templates::vector<Metadata::MetadataSet *> parents;
+    unsigned searched = 0;
+    for (Metadata::PartitionMetadata::iterator it = metadata.begin(); it != metadata.end() && searched < 8;
+         ++it, ++searched)
+        metadata.parentSets(it->second, parents);
+}
+
+// A forward walk from `start`: each step must reach a partition not met in this walk.
+void walk(MXFIO::Reader2 & reader, MXFIO::Partition * start, bool forward, PartitionLog & log,
+          ReadLimits const & limits, ReadReport & report)
+{
+    std::set<MXFIO::Partition *> thisWalk;
+    MXFIO::Partition * partition = start;
+    while (partition != nullptr)
+    {
+        if (!thisWalk.insert(partition).second || thisWalk.size() > limits.maximumPartitions)
+        {
+            report.runaway = true;
+            return;
+        }
+        log.note(partition);
+        partition = forward ? reader.nextPartition(partition) : reader.previousPartition(partition);
+    }
+}
+
+void readPartition(MXFIO::Partition & partition, ReadLimits const & limits, ReadReport & report)
+{
+    guarded(report, [&] {
+        Templates::SharedPtr<Metadata::PartitionMetadata> metadata = partition.metadata();
+        if (metadata.get() != nullptr)
+            report.metadataSets += unsigned(metadata->size());
+    });
+    guarded(report, [&] {
+        partition.rewind();
+        for (unsigned count = 0;; ++count)
+        {
+            if (count > limits.maximumPacketsPerPartition)
+                return;
+            Templates::auto_ptr<KLV::Packet> packet = partition.nextIndexTableSegmentsKLV();
+            if (packet.get() == nullptr)
+                return;
+            IndexTables::IndexTableSegment segment(*packet);
+            ++report.indexSegments;
+        }
+    });
+    guarded(report, [&] {
+        for (unsigned count = 0;; ++count)
+        {
+            if (count > limits.maximumPacketsPerPartition)
+                return;
+            Templates::auto_ptr<KLV::Packet> packet = partition.nextBodyKLV(KEY_SEARCH_LIMIT);
+            if (packet.get() == nullptr)
+                return;
+            ++report.bodyPackets;
+        }
+    });
+}
+
+void readRandomAccess(unsigned char const * data, std::size_t size, ReadLimits const & limits, ReadReport & report)
+{
+    DataIO::Memory::MemoryDataSource source(data, size);
+    MXFIO::Reader2 reader(source, standardDictionary(), KEY_SEARCH_LIMIT);
+    PartitionLog log;
+
+    MXFIO::Partition * header = nullptr;
+    guarded(report, [&] { header = reader.headerPartition(); });
+    guarded(report, [&] { reader.runIn(); });
+    guarded(report, [&] { walk(reader, header, true, log, limits, report); });
+    guarded(report, [&] {
+        if (reader.loadRIP() && reader.rip().get() != nullptr)
+        {
+            Packs::RandomIndexPack::OffsetIndexedMap const entries = reader.rip()->offsetIndexedMap();
+            for (auto const & entry : entries)
+                guarded(report, [&] { log.note(reader.partitionAtOffset(entry.first)); });
+        }
+    });
+    MXFIO::Partition * footer = nullptr;
+    guarded(report, [&] { footer = reader.footerPartition(); });
+    guarded(report, [&] { walk(reader, footer, false, log, limits, report); });
+    MXFIO::Partition * last = nullptr;
+    guarded(report, [&] { last = reader.lastPartition(); });
+    guarded(report, [&] { walk(reader, last, false, log, limits, report); });
+    guarded(report, [&] { reader.loadRipFromFooter(); });
+    if (report.runaway)
+        return;
+
+    // Every partition met, then those that the body walks brought in.
+    for (std::size_t i = 0; i < log.order.size(); ++i)
+    {
+        if (i >= limits.maximumPartitions)
+        {
+            report.runaway = true;
+            return;
+        }
+        readPartition(*log.order[i], limits, report);
+        log.note(reader.lastLoadedPartition());
+        if (report.runaway)
+            return;
+    }
+    report.partitions = unsigned(log.order.size());
+
+    for (int route = 0; route < 2; ++route)
+    {
+        guarded(report, [&] {
+            MXFIO::Partition * final =
+                route == 0 ? reader.firstPartitionWithFinalMetadata() : reader.backwardFirstPartitionWithFinalMetadata();
+            if (final == nullptr)
+                return;
+            Templates::SharedPtr<Metadata::PartitionMetadata> metadata = final->metadata();
+            if (metadata.get() != nullptr)
+                examineMetadata(*metadata, report);
+        });
+    }
+}
+
+void readSequentially(unsigned char const * data, std::size_t size, ReadLimits const & limits, ReadReport & report)
+{
+    DataIO::Memory::MemoryDataSource source(data, size);
+    CountingSequentialReader reader(source, standardDictionary());
+    guarded(report, [&] {
+        while (reader.next(KEY_SEARCH_LIMIT))
+        {
+            if (++report.sequentialPackets > limits.maximumSequentialPackets)
+                return;
+        }
+    });
+}
+} // namespace
+
+ReadReport readEverything(unsigned char const * data, std::size_t size, ReadLimits const & limits)
+{
+    ReadReport report;
+    guarded(report, [&] { readRandomAccess(data, size, limits, report); });
+    guarded(report, [&] { readSequentially(data, size, limits, report); });
+    return report;
+}
+} // namespace VellumTest
