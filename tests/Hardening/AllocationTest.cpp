@@ -432,3 +432,13 @@ TEST(HardeningAllocation, ARandomIndexPackWithAHugeCountIsRefused)
     expectPacketRefused("rip packet", rip, [](KLV::Packet & p) { Packs::RandomIndexPack s(p); });
     expectFileRefusedCheaply("rip in a file", file);
 }
+
+TEST(HardeningAllocation, TheMeterSeesWhatIsAllocated)
+{
+    // The bound above means something only if the meter sees a block of 32 MiB taken and filled.
+    long long const peak = peakMemoryOf([] {
+        Templates::vector<unsigned char> block(std::size_t(32) << 20, 1);
+        EXPECT_EQ(block[block.size() - 1], 1);
+    });
+    EXPECT_GE(peak, 32ll << 20);
+}

@@ -65,9 +65,11 @@ void guarded(ReadReport & report, Step step)
     }
 }
 
-void examineMetadata(Metadata::PartitionMetadata & metadata, ReadReport & report)
+void examineMetadata(Metadata::PartitionMetadata & metadata, ReadLimits const & limits, ReadReport & report)
 {
     report.metadataSets += unsigned(metadata.size());
+    if (!limits.validateMetadata)
+        return;
     Templates::vector<Metadata::Element *> elements;
     metadata.openElements(elements);
     metadata.incompleteElements(elements);
@@ -104,11 +106,14 @@ void walk(MXFIO::Reader2 & reader, MXFIO::Partition * start, bool forward, Parti
 
 void readPartition(MXFIO::Partition & partition, ReadLimits const & limits, ReadReport & report)
 {
-    guarded(report, [&] {
-        Templates::SharedPtr<Metadata::PartitionMetadata> metadata = partition.metadata();
-        if (metadata.get() != nullptr)
-            report.metadataSets += unsigned(metadata->size());
-    });
+    if (limits.metadataOfEveryPartition)
+    {
+        guarded(report, [&] {
+            Templates::SharedPtr<Metadata::PartitionMetadata> metadata = partition.metadata();
+            if (metadata.get() != nullptr)
+                report.metadataSets += unsigned(metadata->size());
+        });
+    }
     guarded(report, [&] {
         partition.rewind();
         for (unsigned count = 0;; ++count)
@@ -156,10 +161,13 @@ void readRandomAccess(unsigned char const * data, std::size_t size, ReadLimits c
     MXFIO::Partition * footer = nullptr;
     guarded(report, [&] { footer = reader.footerPartition(); });
     guarded(report, [&] { walk(reader, footer, false, log, limits, report); });
-    MXFIO::Partition * last = nullptr;
-    guarded(report, [&] { last = reader.lastPartition(); });
-    guarded(report, [&] { walk(reader, last, false, log, limits, report); });
-    guarded(report, [&] { reader.loadRipFromFooter(); });
+    if (footer != nullptr || limits.repeatTailScans)
+    {
+        MXFIO::Partition * last = nullptr;
+        guarded(report, [&] { last = reader.lastPartition(); });
+        guarded(report, [&] { walk(reader, last, false, log, limits, report); });
+        guarded(report, [&] { reader.loadRipFromFooter(); });
+    }
     if (report.runaway)
         return;
 
@@ -178,16 +186,18 @@ void readRandomAccess(unsigned char const * data, std::size_t size, ReadLimits c
     }
     report.partitions = unsigned(log.order.size());
 
+    MXFIO::Partition * examined = nullptr;
     for (int route = 0; route < 2; ++route)
     {
         guarded(report, [&] {
             MXFIO::Partition * final =
                 route == 0 ? reader.firstPartitionWithFinalMetadata() : reader.backwardFirstPartitionWithFinalMetadata();
-            if (final == nullptr)
+            if (final == nullptr || final == examined)
                 return;
+            examined = final;
             Templates::SharedPtr<Metadata::PartitionMetadata> metadata = final->metadata();
             if (metadata.get() != nullptr)
-                examineMetadata(*metadata, report);
+                examineMetadata(*metadata, limits, report);
         });
     }
 }

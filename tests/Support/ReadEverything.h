@@ -17,6 +17,14 @@ struct ReadLimits
     unsigned maximumPacketsPerPartition = 1u << 16;
     unsigned maximumSequentialPackets = 1u << 17;
     unsigned maximumEditUnits = 1u << 16;
+    // Whether the routes to the last partition that fall back to a scan of the whole file from
+    // its end are all taken even when the first of them found no footer. Each such scan reads
+    // the whole file again.
+    bool repeatTailScans = true;
+    // Whether the metadata of every partition met is loaded, or only the final metadata.
+    bool metadataOfEveryPartition = true;
+    // Whether the validation queries run over the final metadata.
+    bool validateMetadata = true;
 };
 
 struct ReadReport
