@@ -219,8 +219,10 @@ void readSequentially(unsigned char const * data, std::size_t size, ReadLimits c
 ReadReport readEverything(unsigned char const * data, std::size_t size, ReadLimits const & limits)
 {
     ReadReport report;
-    guarded(report, [&] { readRandomAccess(data, size, limits, report); });
-    guarded(report, [&] { readSequentially(data, size, limits, report); });
+    if (limits.randomAccess)
+        guarded(report, [&] { readRandomAccess(data, size, limits, report); });
+    if (limits.sequential)
+        guarded(report, [&] { readSequentially(data, size, limits, report); });
     return report;
 }
 } // namespace VellumTest

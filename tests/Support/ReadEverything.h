@@ -25,6 +25,10 @@ struct ReadLimits
     bool metadataOfEveryPartition = true;
     // Whether the validation queries run over the final metadata.
     bool validateMetadata = true;
+    // The two readings: random access through Reader2, and start to end through the sequential
+    // reader.
+    bool randomAccess = true;
+    bool sequential = true;
 };
 
 struct ReadReport
