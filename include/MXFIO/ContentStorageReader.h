@@ -30,6 +30,17 @@ public:
     // growing: the file may still grow (streaming providers); sequential: the container is read
     // in file order only, so no index is loaded ahead. The profile (null for the automatic one)
     // may override the providers chosen.
+    //
+    // The providers, where the profile leaves the choice to the reader:
+    // - index: none without an index SID or when sequential; the streaming provider for a growing
+    //   file; the whole-file parse when the file has a RIP (from its end or through the footer);
+    //   otherwise the parse on request, which walks the index partitions forward as needed.
+    // - partitions: the streaming provider for a growing file; with a Reader2 and a RIP, the fixed
+    //   edit unit count provider when the profile states a count, else the estimating provider
+    //   when the RIP lists more than one partition of the body SID; otherwise the basic provider.
+    // A choice that needs a Reader2 falls back to the walking providers over a plain Reader.
+    // A constant edit unit size stated by the first index segment is taken once, at construction;
+    // seeks then need no index.
     ContentStorageReader(Reader & reader, Metadata::Structural::EssenceContainerData & essenceContainerData,
                          bool growing, bool sequential, Templates::SharedPtr<ContentStorageProfile> profile);
     ~ContentStorageReader();

@@ -43,7 +43,9 @@ struct ElementData
     signed char temporalOffset;
     signed char keyFrameOffset;
     unsigned char flags;
-    // The number of edit units the packet holds: 1, or the clip's for clip wrapped essence.
+    // The number of edit units the packet holds: 1, or, for a wrapped clip whose units cannot be
+    // told apart (no index, no constant size), those left in the clip, at most 255 (samples then
+    // holds the whole count).
     unsigned char units;
     bool hasIndexInfo;
 };

@@ -73,9 +73,12 @@ public:
 
 protected:
     IndexTableCache & cache();
+    IndexTableCache const & cache() const;
     // Reads and caches the segments of a partition; gives the one covering editUnit (none for a
     // negative one).
     IndexTableSegmentPtr parsePartition(Partition & partition, int64 editUnit);
+    // The same, and tells whether the partition held a segment and the start of its first one.
+    IndexTableSegmentPtr parsePartition(Partition & partition, int64 editUnit, bool & anySegment, int64 & firstStart);
 
 private:
     IndexTableCache * cache_;

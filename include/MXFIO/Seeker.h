@@ -5,6 +5,7 @@
 #include "DataIO/DataSource.h"
 #include "IndexTables/DeltaEntry.h"
 #include "IndexTables/IndexEntry.h"
+#include "KLV/Key.h"
 #include "MXFIO/IndexTableProvider.h"
 #include "MXFIO/PartitionProvider.h"
 #include "Platform/MallocAlloc.h"
@@ -66,6 +67,8 @@ public:
     // What a reader learnt while reading: the stream offset where an edit unit starts.
     void learnStreamOffset(int64 editUnit, uint64 offset);
     void containerSize(uint64 size, int64 duration);
+    // The first packet of a body partition of clip wrapped essence must be the essence, not fill.
+    void checkClipWrappedPacket(KLV::Key const & key) const;
 
 private:
     struct Impl;

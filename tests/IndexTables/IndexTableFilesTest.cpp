@@ -239,7 +239,8 @@ TEST(IndexTableFiles, FfmpegSegmentsWriteBackUnchanged)
     {
         std::string path = VellumTest::ffmpegFixture(name);
         ASSERT_FALSE(path.empty()) << name;
-        expectRoundTrips(path, 1u);
+        // The long file is cut into two body partitions, each with its own segment.
+        expectRoundTrips(path, name == "op1a-partitions.mxf" ? 2u : 1u);
     }
 
     // The OP1a long-GOP file: one slice for the sound behind the picture, delta entries for both.

@@ -57,7 +57,8 @@ std::vector<std::string> sampleFiles()
 
 std::vector<std::string> ffmpegFixtureNames()
 {
-    return {"op1a-mpeg2-pcm.mxf", "op1a-mpeg2-open-gop.mxf", "opatom-dnxhd.mxf", "opatom-pcm.mxf", "d10.mxf"};
+    return {"op1a-mpeg2-pcm.mxf", "op1a-mpeg2-pcm-2997.mxf", "op1a-mpeg2-open-gop.mxf", "opatom-dnxhd.mxf", "opatom-pcm.mxf", "d10.mxf",
+            "op1a-partitions.mxf"};
 }
 
 std::string ffmpegFixture(std::string const & name)

@@ -228,16 +228,6 @@ TEST(KlvTool, LimitRunInAndDamage)
     std::remove(garbage.c_str());
 }
 
-TEST(InfoTool, SummarisesTheShippedExample)
-{
-    ToolRun run = runTool(std::string("info '") + VELLUM_SOURCE_DIR + "/examples/small.mxf'");
-    ASSERT_EQ(0, run.status) << run.out;
-    EXPECT_NE(std::string::npos, run.out.find("run-in: 0 bytes"));
-    EXPECT_NE(std::string::npos, run.out.find("partition pack (header, closed complete)"));
-    // One picture and one sound stream.
-    EXPECT_NE(std::string::npos, run.out.find("essence streams: 2\n"));
-}
-
 TEST(KlvTool, DecodesPartitionPacksPrimerAndRip)
 {
     std::string source = std::string(VELLUM_SOURCE_DIR) + "/examples/small.mxf";

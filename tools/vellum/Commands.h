@@ -13,4 +13,6 @@ int klvCommand(Arguments const & arguments);
 int infoCommand(Arguments const & arguments);
 int dictCommand(Arguments const & arguments);
 int metaCommand(Arguments const & arguments);
+int checkCommand(Arguments const & arguments);
+int unwrapCommand(Arguments const & arguments);
 } // namespace VellumTool

@@ -15,13 +15,18 @@ void usage(std::FILE * out)
                  "usage: vellum COMMAND [OPTIONS] FILE\n"
                  "\n"
                  "commands:\n"
-                 "  info FILE               a summary of the file: run-in, partitions, essence streams\n"
+                 "  info FILE [--json]      a summary: partitions, RIP, packages and tracks, descriptors, index,\n"
+                 "                          the essence found in the body, and warnings where they disagree\n"
                  "  klv FILE [--limit N] [--primer] [--index] [--entries]\n"
                  "                          one line per KLV packet: offset, key, BER size, length, kind;\n"
                  "                          partition packs, the Primer and the RIP decoded (--primer: its table;\n"
                  "                          --index: index segments; --entries: their index entries too)\n"
                  "  dict [SET]              the sets of the built-in dictionary, or one set's attributes\n"
                  "  meta FILE [--json]      the header metadata as a tree from the Preface down\n"
+                 "  check FILE [--json]     what is inconsistent in the file, each with its offset;\n"
+                 "                          exit 0 when nothing is found, 1 when something is\n"
+                 "  unwrap FILE DIR [--track ID] [--range FIRST:COUNT]\n"
+                 "                          each essence track's edit units, as stored, to DIR/track-ID.EXT\n"
                  "  --version               the library's version\n");
 }
 } // namespace
@@ -53,6 +58,10 @@ int main(int argc, char ** argv)
         return VellumTool::dictCommand(arguments);
     if (command == "meta")
         return VellumTool::metaCommand(arguments);
+    if (command == "check")
+        return VellumTool::checkCommand(arguments);
+    if (command == "unwrap")
+        return VellumTool::unwrapCommand(arguments);
     std::fprintf(stderr, "vellum: unknown command '%s'\n", command.c_str());
     usage(stderr);
     return 2;

@@ -106,11 +106,31 @@ void FileImpl::write(unsigned char const * data, uint64 howMuch)
     size += howMuch;
 }
 
+namespace
+{
+unsigned int const SHORT_SKIP = 4096;
+}
+
 uint64 FileImpl::seek(uint64 target)
 {
     uint64 end = absoluteOffset() + remaining();
     if (target > end)
         target = end;
+    // Readers re-position before each packet; staying put costs no system call.
+    if (readOnly_ && target == position)
+        return target;
+    // A short step forward (a fill item, the rest of a small value) is read through the runtime's
+    // buffer: a seek there would drop that buffer and cost a system call for a few bytes.
+    if (readOnly_ && target > position && target - position <= SHORT_SKIP)
+    {
+        unsigned char scratch[SHORT_SKIP];
+        uint64 wanted = target - position;
+        uint64 got = std::fread(scratch, 1, size_t(wanted), file_);
+        position += got;
+        if (got == wanted)
+            return target;
+        std::clearerr(file_);
+    }
     // A stream that is only read seeks without a flush, so that the runtime keeps what it has
     // buffered: walking small packets skips every value.
     bool moved = readOnly_ ? ::fseeko(file_, off_t(target), SEEK_SET) == 0 : Platform::fileSeek(file_, int64(target));

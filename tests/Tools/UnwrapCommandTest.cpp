@@ -1,0 +1,177 @@
+// Runs `vellum unwrap` on ffmpeg-made files and compares each track file with what ffmpeg copies
+// out of the same file.
+
+#include <gtest/gtest.h>
+
+#include <dirent.h>
+#include <sstream>
+
+#include "Support/Fixtures.h"
+#include "Tools/ToolSupport.h"
+
+using namespace VellumToolTest;
+
+namespace
+{
+// The files in a folder whose names end in one of the extensions.
+std::vector<std::string> filesEndingIn(std::string const & directory, std::vector<std::string> const & extensions)
+{
+    std::vector<std::string> found;
+    DIR * dir = ::opendir(directory.c_str());
+    if (!dir)
+        return found;
+    while (dirent * entry = ::readdir(dir))
+    {
+        std::string name = entry->d_name;
+        for (std::string const & extension : extensions)
+            if (name.size() > extension.size() && name.compare(name.size() - extension.size(), extension.size(), extension) == 0)
+                found.push_back(directory + "/" + name);
+    }
+    ::closedir(dir);
+    return found;
+}
+
+void removeAll(std::string const & directory) { runCommand("rm -rf " + shellQuoted(directory)); }
+
+std::vector<unsigned char> ffmpegCopy(std::string const & path, std::string const & map, std::string const & format)
+{
+    std::string out = VellumTest::temporaryPath("." + format);
+    runCommand("ffmpeg -v error -nostdin -y -i " + shellQuoted(path) + " -map " + map + " -c copy -f " + format + " " +
+               shellQuoted(out));
+    std::vector<unsigned char> bytes = VellumTest::readFile(out);
+    std::remove(out.c_str());
+    return bytes;
+}
+
+// Byte sizes of the video packets, as ffprobe lists them.
+std::vector<size_t> videoPacketSizes(std::string const & path)
+{
+    CommandRun run = runCommand("ffprobe -v error -select_streams v -show_entries packet=size -of csv=p=0 " +
+                                shellQuoted(path));
+    std::vector<size_t> sizes;
+    std::istringstream lines(run.out);
+    std::string line;
+    while (std::getline(lines, line))
+        if (!line.empty())
+            sizes.push_back(size_t(std::stoull(line)));
+    return sizes;
+}
+
+struct Fixture
+{
+    char const * name;
+    char const * extension;
+    char const * format; // ffmpeg's muxer for the elementary stream
+};
+
+Fixture const FIXTURES[] = {{"op1a-mpeg2-pcm.mxf", ".m2v", "mpeg2video"},
+                            {"op1a-mpeg2-open-gop.mxf", ".m2v", "mpeg2video"},
+                            {"d10.mxf", ".m2v", "mpeg2video"},
+                            {"opatom-dnxhd.mxf", ".vc3", "rawvideo"}};
+} // namespace
+
+TEST(UnwrapTool, VideoTrackIsByteIdenticalToFfmpegsCopy)
+{
+    for (Fixture const & fixture : FIXTURES)
+    {
+        SCOPED_TRACE(fixture.name);
+        std::string path = VellumTest::ffmpegFixture(fixture.name);
+        if (path.empty())
+            GTEST_SKIP() << "ffmpeg is not installed";
+        std::string dir = VellumTest::temporaryPath("-unwrap");
+        CommandRun run = runVellum("unwrap " + shellQuoted(path) + " " + shellQuoted(dir + "/deeper"));
+        EXPECT_EQ(run.status, 0) << run.out;
+        std::vector<std::string> video = filesEndingIn(dir + "/deeper", {fixture.extension});
+        ASSERT_EQ(video.size(), 1u) << run.out;
+        std::vector<unsigned char> expected = ffmpegCopy(path, "0:v", fixture.format);
+        ASSERT_FALSE(expected.empty());
+        std::vector<unsigned char> written = VellumTest::readFile(video[0]);
+        EXPECT_EQ(written.size(), expected.size());
+        EXPECT_TRUE(written == expected);
+        // The summary names each file with its packets and bytes.
+        EXPECT_NE(run.out.find(video[0] + ": " + std::to_string(videoPacketSizes(path).size()) + " packets, " +
+                               std::to_string(expected.size()) + " bytes"),
+                  std::string::npos)
+            << run.out;
+        removeAll(dir);
+    }
+}
+
+TEST(UnwrapTool, SoundTracksAreThePcmOfFfmpegsCopy)
+{
+    struct Sound
+    {
+        char const * name;
+        char const * format;
+    };
+    for (Sound const & sound : {Sound{"op1a-mpeg2-pcm.mxf", "s16le"}, Sound{"opatom-pcm.mxf", "s24le"}})
+    {
+        SCOPED_TRACE(sound.name);
+        std::string path = VellumTest::ffmpegFixture(sound.name);
+        if (path.empty())
+            GTEST_SKIP() << "ffmpeg is not installed";
+        std::string dir = VellumTest::temporaryPath("-unwrap");
+        CommandRun run = runVellum("unwrap " + shellQuoted(path) + " " + shellQuoted(dir));
+        EXPECT_EQ(run.status, 0) << run.out;
+        std::vector<std::string> files = filesEndingIn(dir, {".aes3", ".pcm"});
+        ASSERT_EQ(files.size(), 1u) << run.out;
+        EXPECT_TRUE(VellumTest::readFile(files[0]) == ffmpegCopy(path, "0:a", sound.format));
+        removeAll(dir);
+    }
+}
+
+TEST(UnwrapTool, ARangeOfIntraFramesIsThoseFramesAndOneTrackIsOneFile)
+{
+    for (char const * name : {"d10.mxf", "opatom-dnxhd.mxf"})
+    {
+        SCOPED_TRACE(name);
+        std::string path = VellumTest::ffmpegFixture(name);
+        if (path.empty())
+            GTEST_SKIP() << "ffmpeg is not installed";
+        std::vector<unsigned char> all = ffmpegCopy(path, "0:v", std::string(name) == "d10.mxf" ? "mpeg2video" : "rawvideo");
+        std::vector<size_t> sizes = videoPacketSizes(path);
+        ASSERT_GE(sizes.size(), 5u);
+        size_t from = 0, length = 0;
+        for (size_t i = 0; i < 3; ++i)
+            from += sizes[i];
+        for (size_t i = 3; i < 5; ++i)
+            length += sizes[i];
+        ASSERT_LE(from + length, all.size());
+
+        std::string dir = VellumTest::temporaryPath("-unwrap");
+        CommandRun run = runVellum("unwrap " + shellQuoted(path) + " " + shellQuoted(dir) + " --track 2 --range 3:2");
+        EXPECT_EQ(run.status, 0) << run.out;
+        std::vector<std::string> files = filesEndingIn(dir, {".m2v", ".vc3", ".bin", ".aes3", ".pcm"});
+        ASSERT_EQ(files.size(), 1u) << run.out;
+        EXPECT_NE(files[0].find("/track-2."), std::string::npos);
+        std::vector<unsigned char> written = VellumTest::readFile(files[0]);
+        EXPECT_TRUE(written == std::vector<unsigned char>(all.begin() + long(from), all.begin() + long(from + length)))
+            << written.size() << " bytes written, " << length << " expected";
+
+        // A range that starts past the end writes nothing and fails.
+        CommandRun past = runVellum("unwrap " + shellQuoted(path) + " " + shellQuoted(dir + "/past") + " --range " +
+                                    std::to_string(sizes.size()) + ":1 2>&1");
+        EXPECT_EQ(past.status, 1) << past.out;
+        EXPECT_TRUE(filesEndingIn(dir + "/past", {".m2v", ".vc3"}).empty());
+        removeAll(dir);
+    }
+}
+
+TEST(UnwrapTool, RefusesWrongArguments)
+{
+    std::string path = VellumTest::ffmpegFixture("d10.mxf");
+    if (path.empty())
+        GTEST_SKIP() << "ffmpeg is not installed";
+    std::string dir = VellumTest::temporaryPath("-unwrap");
+    EXPECT_EQ(runVellum("unwrap 2>/dev/null").status, 2);
+    EXPECT_EQ(runVellum("unwrap " + shellQuoted(path) + " 2>/dev/null").status, 2);
+    EXPECT_EQ(runVellum("unwrap " + shellQuoted(path) + " " + shellQuoted(dir) + " --range 3 2>/dev/null").status, 2);
+    EXPECT_EQ(runVellum("unwrap " + shellQuoted(path) + " " + shellQuoted(dir) + " --track x 2>/dev/null").status, 2);
+    CommandRun unknown = runVellum("unwrap " + shellQuoted(path) + " " + shellQuoted(dir) + " --track 9 2>&1");
+    EXPECT_EQ(unknown.status, 2);
+    EXPECT_NE(unknown.out.find("the package has no essence track 9 (its tracks: 2)"), std::string::npos) << unknown.out;
+    CommandRun missing = runVellum("unwrap /nonexistent/file.mxf " + shellQuoted(dir) + " 2>&1");
+    EXPECT_EQ(missing.status, 1);
+    EXPECT_NE(missing.out.find("vellum unwrap: "), std::string::npos);
+    removeAll(dir);
+}

@@ -1,0 +1,918 @@
+#include "FileSummary.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <map>
+#include <set>
+#include <sys/stat.h>
+
+#include "DataIO/File/FileDataSource.h"
+#include "Exceptions/Exceptions.h"
+#include "IndexTables/IndexTableSegment.h"
+#include "KLV/Packet.h"
+#include "KlvWalk.h"
+#include "LabelNames.h"
+#include "MetaMetadata/MetaMetadataSet.h"
+#include "MetaMetadata/StandardDictionary.h"
+#include "Metadata/PartitionMetadata.h"
+#include "Metadata/Structural/Initialize.h"
+#include "Metadata/Structural/PackageHelpers.h"
+#include "Metadata/Structural/PrefaceHelpers.h"
+#include "Metadata/Structural/StructuralClasses.h"
+#include "Metadata/Structural/StructuralVisitors.h"
+#include "MXFIO/Reader2.h"
+#include "Packs/PartitionPack.h"
+#include "Packs/RandomIndexPack.h"
+#include "Types/Integers.h"
+#include "Types/ProductVersion.h"
+#include "Types/Rational.h"
+#include "Types/Timestamp.h"
+#include "Types/UMID.h"
+#include "Types/UTF16String.h"
+#include "Types/UniversalLabel.h"
+#include "Utils/Text.h"
+
+namespace VellumTool
+{
+namespace
+{
+using namespace Vellum;
+namespace S = Metadata::Structural;
+
+// Index segments longer than this are not parsed (a damaged length would make a huge read).
+std::uint64_t const MAXIMUM_SEGMENT = 64u << 20;
+
+std::string hex(std::uint64_t value, unsigned digits)
+{
+    char buffer[24];
+    std::snprintf(buffer, sizeof buffer, "0x%0*llx", int(digits), static_cast<unsigned long long>(value));
+    return buffer;
+}
+
+std::string narrow(Templates::wstring const & text) { return Utils::narrow(text).c_str(); }
+
+std::string text(Types::UTF16String const * value) { return value ? narrow(value->value()) : std::string(); }
+
+std::string twoDigits(unsigned value)
+{
+    char buffer[8];
+    std::snprintf(buffer, sizeof buffer, "%02u", value % 100);
+    return buffer;
+}
+
+std::string timestamp(Types::Timestamp const * v)
+{
+    if (!v)
+        return std::string();
+    char buffer[48];
+    std::snprintf(buffer, sizeof buffer, "%04u-%s-%sT%s:%s:%s.%03uZ", unsigned(v->year()), twoDigits(v->month()).c_str(),
+                  twoDigits(v->day()).c_str(), twoDigits(v->hour()).c_str(), twoDigits(v->minute()).c_str(),
+                  twoDigits(v->second()).c_str(), unsigned(v->milliSecond()));
+    return buffer;
+}
+
+std::string productVersion(Types::ProductVersion const * v)
+{
+    if (!v)
+        return std::string();
+    return std::to_string(v->major()) + "." + std::to_string(v->minor()) + "." + std::to_string(v->patch()) + "." +
+           std::to_string(v->build()) + "." + std::to_string(static_cast<int>(v->releaseVersion()));
+}
+
+std::string umid(Types::UMID32 const * v)
+{
+    if (!v)
+        return std::string();
+    static char const digits[] = "0123456789abcdef";
+    std::string out = "urn:smpte:umid:";
+    unsigned char const * b = v->rawBuffer();
+    for (unsigned i = 0; i < 32; ++i)
+    {
+        if (i != 0 && i % 4 == 0)
+            out += '.';
+        out += digits[b[i] >> 4];
+        out += digits[b[i] & 15];
+    }
+    return out;
+}
+
+std::string rational(Types::Rational const * v)
+{
+    return v ? std::to_string(v->numerator()) + "/" + std::to_string(v->denominator()) : std::string();
+}
+
+std::uint64_t relative(FileSummary const & s, std::uint64_t absolute) { return absolute - s.runIn; }
+
+// "hh:mm:ss:ff", or "hh:mm:ss;ff" counted in drop frame at 30 and 60 frames a second.
+std::string formatTimecode(std::int64_t frames, unsigned fps, bool drop)
+{
+    if (fps == 0 || frames < 0)
+        return std::string();
+    drop = drop && (fps == 30 || fps == 60);
+    if (drop)
+    {
+        std::int64_t const dropped = fps == 30 ? 2 : 4;
+        std::int64_t const perTenMinutes = fps * 600 - dropped * 9;
+        std::int64_t const perMinute = fps * 60 - dropped;
+        std::int64_t const tens = frames / perTenMinutes;
+        std::int64_t const rest = frames % perTenMinutes;
+        frames += dropped * 9 * tens;
+        if (rest > dropped)
+            frames += dropped * ((rest - dropped) / perMinute);
+    }
+    std::int64_t const ff = frames % fps;
+    std::int64_t const seconds = frames / fps;
+    char buffer[48];
+    std::snprintf(buffer, sizeof buffer, "%02lld:%02lld:%02lld%c%02lld", static_cast<long long>(seconds / 3600),
+                  static_cast<long long>(seconds / 60 % 60), static_cast<long long>(seconds % 60), drop ? ';' : ':',
+                  static_cast<long long>(ff));
+    return buffer;
+}
+
+// The kind of a track from its data definition; byte 7 is not compared.
+std::string trackKind(Types::UniversalLabel const * label)
+{
+    if (!label)
+        return "unknown";
+    unsigned char const * b = label->rawBuffer();
+    if (b[8] == 0x01 && b[9] == 0x03 && b[10] == 0x02 && b[11] == 0x02)
+    {
+        if (b[12] == 0x01)
+            return "picture";
+        if (b[12] == 0x02)
+            return "sound";
+        if (b[12] == 0x03)
+            return "data";
+    }
+    if (b[8] == 0x01 && b[9] == 0x03 && b[10] == 0x02 && b[11] == 0x01)
+    {
+        if (b[12] == 0x01)
+            return "timecode";
+        if (b[12] == 0x10)
+            return "descriptive metadata";
+    }
+    return "other";
+}
+
+std::string propertyName(MetaMetadata::PropertyMap const & object)
+{
+    for (MetaMetadata::PropertyMap::const_iterator i = object.propertiesBegin(); i != object.propertiesEnd(); ++i)
+        if (i->first == Utils::wide("name"))
+            return narrow(i->second);
+    return std::string();
+}
+
+// The class of a structural set, or the dictionary's name of another.
+class ClassName : public Metadata::Visitors::MetadataSetVisitor
+{
+public:
+    void visit(Metadata::MetadataSet const & set) override
+    {
+        MetaMetadata::MetaMetadataSet const * description = set.metaMetadataSet();
+        name = description ? propertyName(*description) : std::string();
+        if (name.empty())
+            name = "MetadataSet";
+    }
+#define VELLUM_INFO_CLASS_NAME_VISIT(Class, Base)                                                 \
+    void visit(S::Class const &) override { name = #Class; }
+    VELLUM_STRUCTURAL_SET_CLASSES(VELLUM_INFO_CLASS_NAME_VISIT)
+#undef VELLUM_INFO_CLASS_NAME_VISIT
+
+    std::string name;
+};
+
+// ---------------------------------------------------------------------------------------------
+// The walk
+
+enum class Region
+{
+    AfterPack,
+    Header,
+    Index,
+    Body
+};
+
+void walkFile(FileSummary & s)
+{
+    Region region = Region::Body;
+    std::map<std::pair<unsigned, std::uint32_t>, size_t> streamAt;
+    WalkResult result = walk(s.path, 0, [&](PacketInfo const & packet, KLV::Packet & klv) {
+        std::uint64_t const klvLength = 16 + packet.berLength + packet.length;
+        bool const whole = packet.length <= s.fileSize && packet.offset + klvLength <= s.fileSize;
+        PartitionFound * current = s.partitions.empty() ? nullptr : &s.partitions.back();
+        switch (packet.kind)
+        {
+        case PacketKind::PartitionPack:
+        {
+            PartitionFound p;
+            p.offset = packet.offset;
+            p.kind = packet.key[13];
+            p.status = packet.key[14];
+            if (whole)
+            {
+                try
+                {
+                    Packs::PartitionPack pack(klv);
+                    p.thisPartition = pack.thisPartition();
+                    p.previousPartition = pack.previousPartition();
+                    p.footerPartition = pack.footerPartition();
+                    p.headerByteCount = pack.headerByteCount();
+                    p.indexByteCount = pack.indexByteCount();
+                    p.indexSID = pack.indexSID();
+                    p.bodySID = pack.bodySID();
+                    p.bodyOffset = pack.bodyOffset();
+                    p.kagSize = pack.kagSize();
+                    p.operationalPattern = dottedLabel(pack.operationalPattern().rawBuffer());
+                    Types::Batch const & containers = pack.essenceContainers();
+                    for (unsigned i = 0; i < containers.size(); ++i)
+                        p.essenceContainers.push_back(dottedLabel(containers.at(i).rawBuffer()));
+                }
+                catch (Exceptions::BaseException const & e)
+                {
+                    s.warnings.push_back("the partition pack at offset " + std::to_string(packet.offset) +
+                                         " cannot be read: " + Utils::narrow(e.message()).c_str());
+                }
+            }
+            s.partitions.push_back(p);
+            region = Region::AfterPack;
+            return;
+        }
+        case PacketKind::Primer:
+            if (current && region == Region::AfterPack)
+                region = Region::Header;
+            if (current && region == Region::Header)
+                current->headerBytesFound += klvLength;
+            return;
+        case PacketKind::LocalSet:
+            if (current && region == Region::Header)
+            {
+                current->headerBytesFound += klvLength;
+                return;
+            }
+            break;
+        case PacketKind::FillItem:
+            if (current && region == Region::Header)
+                current->headerBytesFound += klvLength;
+            if (current && region == Region::Index)
+                current->indexBytesFound += klvLength;
+            return;
+        case PacketKind::IndexSegment:
+            if (current && (region == Region::AfterPack || region == Region::Header))
+                region = Region::Index;
+            if (current && region == Region::Index)
+                current->indexBytesFound += klvLength;
+            if (whole && packet.length <= MAXIMUM_SEGMENT)
+            {
+                try
+                {
+                    IndexTables::IndexTableSegment segment(klv);
+                    SegmentFound f;
+                    f.offset = packet.offset;
+                    f.indexSID = segment.indexSID() ? segment.indexSID()->value() : 0;
+                    f.bodySID = segment.bodySID().value();
+                    f.editRateNumerator = segment.indexEditRate().numerator();
+                    f.editRateDenominator = segment.indexEditRate().denominator();
+                    f.startPosition = segment.indexStartPosition().value();
+                    f.duration = segment.indexDuration().value();
+                    f.editUnitByteCount = segment.editUnitByteCount() ? segment.editUnitByteCount()->value() : 0;
+                    f.indexEntries = segment.indexEntryCount();
+                    f.deltaEntries = segment.deltaEntryCount();
+                    s.segments.push_back(f);
+                }
+                catch (Exceptions::BaseException const & e)
+                {
+                    s.warnings.push_back("the index table segment at offset " + std::to_string(packet.offset) +
+                                         " cannot be read: " + Utils::narrow(e.message()).c_str());
+                }
+            }
+            return;
+        case PacketKind::RandomIndexPack:
+            region = Region::Body;
+            if (whole)
+            {
+                try
+                {
+                    Packs::RandomIndexPack rip(klv);
+                    s.hasRip = true;
+                    s.rip.clear();
+                    for (auto const & entry : rip.offsetIndexedMap())
+                        s.rip.push_back(RipEntry{entry.second, entry.first});
+                }
+                catch (Exceptions::BaseException const & e)
+                {
+                    s.warnings.push_back("the random index pack at offset " + std::to_string(packet.offset) +
+                                         " cannot be read: " + Utils::narrow(e.message()).c_str());
+                }
+            }
+            return;
+        case PacketKind::EssenceElement:
+        {
+            region = Region::Body;
+            unsigned const sid = current ? current->bodySID : 0;
+            std::uint32_t const number = (std::uint32_t(packet.key[12]) << 24) | (std::uint32_t(packet.key[13]) << 16) |
+                                         (std::uint32_t(packet.key[14]) << 8) | packet.key[15];
+            std::pair<unsigned, std::uint32_t> const id(sid, number);
+            std::map<std::pair<unsigned, std::uint32_t>, size_t>::iterator at = streamAt.find(id);
+            if (at == streamAt.end())
+            {
+                StreamFound stream;
+                stream.bodySID = sid;
+                stream.trackNumber = number;
+                stream.firstOffset = packet.offset;
+                at = streamAt.insert(std::make_pair(id, s.streams.size())).first;
+                s.streams.push_back(stream);
+            }
+            ++s.streams[at->second].elements;
+            s.streams[at->second].bytes += packet.length;
+            if (current)
+            {
+                ++current->essenceElements;
+                current->essenceBytes += packet.length;
+            }
+            return;
+        }
+        case PacketKind::SystemItem:
+            region = Region::Body;
+            ++s.systemItems;
+            return;
+        case PacketKind::Other:
+            break;
+        }
+        region = Region::Body;
+        ++s.unknownPackets;
+    });
+    s.runIn = result.runIn;
+    s.packets = result.packets;
+    if (!result.error.empty())
+        s.warnings.push_back("the walk over the packets stopped: " + result.error);
+}
+
+// ---------------------------------------------------------------------------------------------
+// The metadata
+
+void readDescriptor(S::GenericDescriptor const * descriptor, std::vector<DescriptorInfo> & out)
+{
+    if (!descriptor)
+        return;
+    if (S::MultipleDescriptor const * multiple = S::metadataSetAs<S::MultipleDescriptor>(
+            static_cast<Metadata::MetadataSet const *>(descriptor)))
+    {
+        DescriptorInfo d;
+        ClassName name;
+        multiple->accept(name);
+        d.className = name.name;
+        Types::UniversalLabel const * container = multiple->essenceContainer();
+        if (container)
+        {
+            d.essenceContainer = dottedLabel(container->rawBuffer());
+            d.essenceContainerName = labelName(container->rawBuffer());
+        }
+        d.sampleRate = rational(multiple->sampleRate());
+        out.push_back(d);
+        for (unsigned i = 0; i < multiple->subDescriptorUIDsCount(); ++i)
+            if (multiple->subDescriptorUID(i) != descriptor)
+                readDescriptor(multiple->subDescriptorUID(i), out);
+        return;
+    }
+    DescriptorInfo d;
+    ClassName name;
+    descriptor->accept(name);
+    d.className = name.name;
+    if (S::FileDescriptor const * file =
+            S::metadataSetAs<S::FileDescriptor>(static_cast<Metadata::MetadataSet const *>(descriptor)))
+    {
+        if (file->linkedTrackID())
+        {
+            d.hasLinkedTrackID = true;
+            d.linkedTrackID = file->linkedTrackID()->value();
+        }
+        if (file->essenceContainer())
+        {
+            d.essenceContainer = dottedLabel(file->essenceContainer()->rawBuffer());
+            d.essenceContainerName = labelName(file->essenceContainer()->rawBuffer());
+        }
+        d.sampleRate = rational(file->sampleRate());
+        if (file->containerDuration())
+        {
+            d.hasContainerDuration = true;
+            d.containerDuration = file->containerDuration()->value();
+        }
+    }
+    if (S::GenericPictureEssenceDescriptor const * picture = S::metadataSetAs<S::GenericPictureEssenceDescriptor>(
+            static_cast<Metadata::MetadataSet const *>(descriptor)))
+    {
+        d.storedWidth = picture->storedWidth() ? picture->storedWidth()->value() : 0;
+        d.storedHeight = picture->storedHeight() ? picture->storedHeight()->value() : 0;
+        if (picture->pictureEssenceCoding())
+        {
+            d.pictureCoding = dottedLabel(picture->pictureEssenceCoding()->rawBuffer());
+            d.pictureCodingName = labelName(picture->pictureEssenceCoding()->rawBuffer());
+        }
+    }
+    if (S::GenericSoundEssenceDescriptor const * sound = S::metadataSetAs<S::GenericSoundEssenceDescriptor>(
+            static_cast<Metadata::MetadataSet const *>(descriptor)))
+    {
+        d.audioSamplingRate = rational(sound->audioSamplingRate());
+        d.channels = sound->channelCount() ? sound->channelCount()->value() : 0;
+        d.quantizationBits = sound->quantizationBits() ? sound->quantizationBits()->value() : 0;
+    }
+    if (S::WAVEAudioEssenceDescriptor const * wave = S::metadataSetAs<S::WAVEAudioEssenceDescriptor>(
+            static_cast<Metadata::MetadataSet const *>(descriptor)))
+        d.blockAlign = wave->blockAlign() ? wave->blockAlign()->value() : 0;
+    out.push_back(d);
+}
+
+// Frames a second of the package's time code, and whether it drops frames; 0 without one.
+unsigned timecodeBase(S::GenericPackage const & package, bool & drop, std::int64_t & start)
+{
+    drop = false;
+    start = 0;
+    S::TimelineTrack * track = S::getTimecodeTrack(package);
+    if (!track || !track->sequence())
+        return 0;
+    S::Sequence const * sequence = track->sequence();
+    for (unsigned i = 0; i < sequence->structuralComponentsCount(); ++i)
+    {
+        S::TimecodeComponent const * tc = S::metadataSetAs<S::TimecodeComponent>(
+            static_cast<Metadata::MetadataSet const *>(sequence->structuralComponent(i)));
+        if (tc && tc->roundedTimecodeBase())
+        {
+            drop = tc->dropFrame() && tc->dropFrame()->value();
+            start = tc->startTimecode() ? tc->startTimecode()->value() : 0;
+            return tc->roundedTimecodeBase()->value();
+        }
+    }
+    return 0;
+}
+
+PackageInfo readPackage(S::GenericPackage const & package)
+{
+    PackageInfo info;
+    Metadata::MetadataSet const * set = &package;
+    S::SourcePackage const * source = S::metadataSetAs<S::SourcePackage>(set);
+    info.kind = S::metadataSetAs<S::MaterialPackage>(set) ? "material" : source ? "source" : "other";
+    info.uid = umid(package.packageUID());
+    info.name = text(package.packageName());
+    bool drop = false;
+    std::int64_t start = 0;
+    unsigned base = timecodeBase(package, drop, start);
+    if (base != 0)
+        info.startTimecode = formatTimecode(start, base, drop);
+
+    Templates::list<S::TimelineTrack *> tracks;
+    S::getAllTimelineTracks(package, tracks);
+    // Without a time code track, durations are shown at the rate of the first picture track.
+    if (base == 0)
+        for (S::TimelineTrack * track : tracks)
+            if (track->editRate() && track->editRate()->denominator() > 0 && track->sequence() &&
+                trackKind(track->sequence()->dataDefinition()) == "picture")
+            {
+                base = unsigned((track->editRate()->numerator() + track->editRate()->denominator() / 2) /
+                                track->editRate()->denominator());
+                break;
+            }
+    for (S::TimelineTrack * track : tracks)
+    {
+        TrackInfo t;
+        t.id = track->trackID() ? track->trackID()->value() : 0;
+        t.number = track->trackNumber() ? track->trackNumber()->value() : 0;
+        t.name = text(track->trackName());
+        if (track->editRate())
+        {
+            t.editRateNumerator = track->editRate()->numerator();
+            t.editRateDenominator = track->editRate()->denominator();
+        }
+        t.origin = track->origin() ? track->origin()->value() : 0;
+        S::Sequence const * sequence = track->sequence();
+        Types::UniversalLabel const * definition = sequence ? sequence->dataDefinition() : nullptr;
+        t.kind = trackKind(definition);
+        t.dataDefinition = definition ? dottedLabel(definition->rawBuffer()) : std::string();
+        if (sequence && sequence->duration())
+        {
+            t.hasDuration = true;
+            t.duration = sequence->duration()->value();
+            unsigned fps = base;
+            if (fps == 0 && t.editRateDenominator > 0 && t.editRateNumerator / t.editRateDenominator <= 120)
+                fps = unsigned((t.editRateNumerator + t.editRateDenominator / 2) / t.editRateDenominator);
+            if (fps != 0 && t.editRateNumerator > 0 && t.editRateDenominator > 0 && t.duration >= 0)
+            {
+                // Whole frames of the time code in the duration.
+                std::int64_t const frames = static_cast<std::int64_t>(
+                    static_cast<long double>(t.duration) * fps * t.editRateDenominator / t.editRateNumerator);
+                t.durationTimecode = formatTimecode(frames, fps, drop);
+            }
+        }
+        info.tracks.push_back(t);
+    }
+    if (source)
+        readDescriptor(source->descriptor(), info.descriptors);
+    return info;
+}
+
+// The packages of the content storage, with the body and index SIDs of their essence.
+std::vector<PackageInfo> packagesOf(S::ContentStorage const & storage)
+{
+    std::vector<PackageInfo> packages;
+    std::map<std::string, std::pair<unsigned, unsigned>> containerData; // package UID -> body SID, index SID
+    for (unsigned i = 0; i < storage.essenceContainerDataCount(); ++i)
+    {
+        S::EssenceContainerData const * data = storage.essenceContainerData(i);
+        if (data && data->linkedPackageUID())
+            containerData[umid(data->linkedPackageUID())] =
+                std::make_pair(data->bodySID() ? data->bodySID()->value() : 0u,
+                               data->indexSID() ? data->indexSID()->value() : 0u);
+    }
+    for (unsigned i = 0; i < storage.packagesCount(); ++i)
+    {
+        S::GenericPackage const * package = storage.package(i);
+        if (!package)
+            continue;
+        PackageInfo info = readPackage(*package);
+        auto found = containerData.find(info.uid);
+        if (found != containerData.end())
+        {
+            info.hasEssenceContainerData = true;
+            info.bodySID = found->second.first;
+            info.indexSID = found->second.second;
+        }
+        packages.push_back(info);
+    }
+    return packages;
+}
+
+// The header partition's own metadata against the metadata shown: packages and track durations.
+void compareWithHeader(FileSummary & s, MXFIO::Partition & header)
+{
+    std::vector<PackageInfo> packages;
+    try
+    {
+        Templates::SharedPtr<Metadata::PartitionMetadata> metadata = header.metadata();
+        if (!metadata.get())
+            return;
+        S::ContentStorage const * storage = S::findPreface(*metadata)->contentStorage();
+        if (!storage)
+            return;
+        packages = packagesOf(*storage);
+    }
+    catch (Exceptions::BaseException const & e)
+    {
+        s.warnings.push_back(std::string("the header metadata of the header partition cannot be read: ") +
+                             Utils::narrow(e.message()).c_str());
+        return;
+    }
+    std::string const shown = "the partition at " + std::to_string(s.metadataPartition);
+    for (PackageInfo const & final : s.packages)
+    {
+        PackageInfo const * early = nullptr;
+        for (PackageInfo const & p : packages)
+            if (p.uid == final.uid)
+                early = &p;
+        if (!early)
+        {
+            s.warnings.push_back("the package " + final.uid + " of " + shown + " is not in the header metadata");
+            continue;
+        }
+        for (TrackInfo const & t : final.tracks)
+            for (TrackInfo const & e : early->tracks)
+                if (e.id == t.id && (e.hasDuration != t.hasDuration || e.duration != t.duration))
+                    s.warnings.push_back("the header metadata gives track " + std::to_string(t.id) + " of the " +
+                                         final.kind + " package a duration of " +
+                                         (e.hasDuration ? std::to_string(e.duration) : std::string("none")) + ", " +
+                                         shown + " " + (t.hasDuration ? std::to_string(t.duration) : std::string("none")));
+    }
+}
+
+void readMetadata(FileSummary & s)
+{
+    S::initialize();
+    Templates::SharedPtr<MetaMetadata::Dictionary> dictionary = MetaMetadata::createStandardDictionary();
+    Templates::wstring widePath = Utils::wide(s.path.c_str());
+    DataIO::File::FileDataSource source(widePath.c_str(), 1 << 16);
+    MXFIO::Reader2 reader(source, dictionary, 65536);
+    MXFIO::Partition * header = reader.headerPartition();
+    if (!header)
+    {
+        s.warnings.push_back("the library's reader finds no header partition");
+        return;
+    }
+    MXFIO::Partition * chosen = header;
+    try
+    {
+        MXFIO::Partition * newest = reader.backwardFirstPartitionWithFinalMetadata();
+        if (newest && newest->partitionPack().headerByteCount() != 0)
+            chosen = newest;
+    }
+    catch (Exceptions::BaseException const & e)
+    {
+        s.warnings.push_back(std::string("the search for the final header metadata failed: ") +
+                             Utils::narrow(e.message()).c_str());
+    }
+    Templates::SharedPtr<Metadata::PartitionMetadata> metadata;
+    try
+    {
+        metadata = chosen->metadata();
+    }
+    catch (Exceptions::BaseException const & e)
+    {
+        s.warnings.push_back("the header metadata of the partition at offset " +
+                             std::to_string(chosen->partitionAbsoluteOffset()) +
+                             " cannot be read: " + Utils::narrow(e.message()).c_str());
+    }
+    if (!metadata.get() && chosen != header)
+    {
+        chosen = header;
+        try
+        {
+            metadata = header->metadata();
+        }
+        catch (Exceptions::BaseException const & e)
+        {
+            s.warnings.push_back(std::string("the header metadata of the header partition cannot be read: ") +
+                                 Utils::narrow(e.message()).c_str());
+        }
+    }
+    if (!metadata.get())
+    {
+        s.warnings.push_back("no header metadata was read");
+        return;
+    }
+    s.metadataPartition = static_cast<std::int64_t>(chosen->partitionAbsoluteOffset());
+
+    S::Preface const * preface = nullptr;
+    try
+    {
+        preface = S::findPreface(*metadata);
+    }
+    catch (Exceptions::BaseException const &)
+    {
+        s.warnings.push_back("the header metadata has no Preface");
+        return;
+    }
+    if (Types::UniversalLabel const * op = preface->operationalPattern())
+    {
+        s.operationalPattern = dottedLabel(op->rawBuffer());
+        s.operationalPatternName = labelName(op->rawBuffer());
+    }
+    for (unsigned i = 0; i < preface->essenceContainersCount(); ++i)
+        if (Types::UniversalLabel const * label = preface->essenceContainer(i))
+        {
+            s.essenceContainers.push_back(dottedLabel(label->rawBuffer()));
+            s.essenceContainerNames.push_back(labelName(label->rawBuffer()));
+        }
+    for (unsigned i = 0; i < preface->identificationsCount(); ++i)
+    {
+        S::Identification const * id = preface->identification(i);
+        if (!id)
+            continue;
+        IdentificationInfo info;
+        info.company = text(id->companyName());
+        info.product = text(id->productName());
+        info.productVersion = productVersion(id->productVersion());
+        info.versionString = text(id->versionString());
+        info.platform = text(id->platform());
+        info.date = timestamp(id->modifiedDate());
+        s.identifications.push_back(info);
+    }
+    S::ContentStorage const * storage = preface->contentStorage();
+    if (!storage)
+    {
+        s.warnings.push_back("the Preface has no content storage");
+        return;
+    }
+    s.packages = packagesOf(*storage);
+    if (chosen != header && header->partitionPack().headerByteCount() != 0)
+        compareWithHeader(s, *header);
+}
+
+// ---------------------------------------------------------------------------------------------
+// Comparisons
+
+std::string partitionName(PartitionFound const & p)
+{
+    char const * kind = p.kind == 2 ? "header" : p.kind == 3 ? "body" : p.kind == 4 ? "footer" : "unknown";
+    return std::string(kind) + " partition at offset " + std::to_string(p.offset);
+}
+
+void checkPartitions(FileSummary & s)
+{
+    std::vector<std::string> & w = s.warnings;
+    if (s.partitions.empty())
+        return;
+    PartitionFound const * footer = nullptr;
+    for (PartitionFound const & p : s.partitions)
+        if (p.kind == 4)
+            footer = &p;
+    if (!footer)
+        w.push_back("the file has no footer partition");
+    else if (footer != &s.partitions.back())
+        w.push_back("partitions follow the footer partition");
+    std::set<std::uint64_t> offsets;
+    for (size_t i = 0; i < s.partitions.size(); ++i)
+    {
+        PartitionFound const & p = s.partitions[i];
+        offsets.insert(relative(s, p.offset));
+        if (p.thisPartition != relative(s, p.offset))
+            w.push_back("the " + partitionName(p) + " says it stands at " + std::to_string(p.thisPartition));
+        std::uint64_t const previous = i == 0 ? 0 : relative(s, s.partitions[i - 1].offset);
+        if (p.previousPartition != previous)
+            w.push_back("the " + partitionName(p) + " points at a previous partition at " +
+                        std::to_string(p.previousPartition) + ", but the one before it is at " +
+                        std::to_string(previous));
+        if (p.footerPartition != 0 && (!footer || p.footerPartition != relative(s, footer->offset)))
+            w.push_back("the " + partitionName(p) + " points at a footer at " + std::to_string(p.footerPartition) +
+                        (footer ? ", but the footer is at " + std::to_string(relative(s, footer->offset))
+                                : ", but the file has no footer"));
+        if (p.headerByteCount != p.headerBytesFound)
+            w.push_back("the " + partitionName(p) + " declares " + std::to_string(p.headerByteCount) +
+                        " bytes of header metadata, " + std::to_string(p.headerBytesFound) + " were found");
+        if (p.indexByteCount != p.indexBytesFound)
+            w.push_back("the " + partitionName(p) + " declares " + std::to_string(p.indexByteCount) +
+                        " bytes of index table segments, " + std::to_string(p.indexBytesFound) + " were found");
+        if (p.essenceElements != 0 && p.bodySID == 0)
+            w.push_back("the " + partitionName(p) + " holds essence but has body SID 0");
+    }
+    if (!s.hasRip)
+    {
+        w.push_back("the file has no random index pack");
+        return;
+    }
+    std::map<std::uint64_t, unsigned> listed;
+    for (RipEntry const & e : s.rip)
+        listed[e.offset] = e.bodySID;
+    for (RipEntry const & e : s.rip)
+    {
+        PartitionFound const * at = nullptr;
+        for (PartitionFound const & p : s.partitions)
+            if (relative(s, p.offset) == e.offset)
+                at = &p;
+        if (!at)
+            w.push_back("the random index pack lists a partition at " + std::to_string(e.offset) + " (body SID " +
+                        std::to_string(e.bodySID) + ") that is not there");
+        else if (at->bodySID != e.bodySID)
+            w.push_back("the random index pack gives body SID " + std::to_string(e.bodySID) + " to the " +
+                        partitionName(*at) + ", whose pack says " + std::to_string(at->bodySID));
+    }
+    for (PartitionFound const & p : s.partitions)
+        if (listed.find(relative(s, p.offset)) == listed.end())
+            w.push_back("the " + partitionName(p) + " is missing from the random index pack");
+}
+
+// The index segments of each essence container, each span once (a segment repeated in a later
+// partition counts once).
+std::map<unsigned, std::vector<SegmentFound const *>> segmentsBySID(FileSummary const & s)
+{
+    std::map<unsigned, std::vector<SegmentFound const *>> bySID;
+    std::set<std::pair<unsigned, std::int64_t>> seen;
+    for (SegmentFound const & g : s.segments)
+        if (seen.insert(std::make_pair(g.bodySID, g.startPosition)).second)
+            bySID[g.bodySID].push_back(&g);
+    return bySID;
+}
+
+void countEditUnits(FileSummary & s)
+{
+    std::map<unsigned, std::vector<SegmentFound const *>> const index = segmentsBySID(s);
+    // Packages without essence container data describe essence elsewhere (tapes, imports), unless
+    // the file has no such data at all.
+    bool anyContainerData = false;
+    for (PackageInfo const & package : s.packages)
+        anyContainerData = anyContainerData || package.hasEssenceContainerData;
+    for (PackageInfo & package : s.packages)
+    {
+        if (package.kind != "source" || (anyContainerData && !package.hasEssenceContainerData))
+            continue;
+        for (TrackInfo & t : package.tracks)
+        {
+            if (t.number == 0 || (t.kind != "picture" && t.kind != "sound" && t.kind != "data"))
+                continue;
+            StreamFound const * stream = nullptr;
+            for (StreamFound const & f : s.streams)
+                if (f.trackNumber == t.number && (!package.hasEssenceContainerData || f.bodySID == package.bodySID))
+                    stream = &f;
+            t.elementsFound = stream ? std::int64_t(stream->elements) : 0;
+            t.bytesFound = stream ? std::int64_t(stream->bytes) : 0;
+            DescriptorInfo const * descriptor = nullptr;
+            for (DescriptorInfo const & d : package.descriptors)
+                if (!d.className.empty() && d.className != "MultipleDescriptor" &&
+                    (d.hasLinkedTrackID ? d.linkedTrackID == t.id : package.descriptors.size() == 1))
+                    descriptor = &d;
+            // The label may say frame wrapping while one element holds the whole track.
+            t.clipWrapped = (descriptor && descriptor->essenceContainerName.find("Clip-wrapped") != std::string::npos) ||
+                            (t.elementsFound == 1 && t.hasDuration && t.duration > 1);
+            if (!t.clipWrapped || !stream)
+            {
+                t.editUnitsFound = t.elementsFound;
+                continue;
+            }
+            // A clip: its edit units follow from the bytes of a sample, or from the index.
+            unsigned blockAlign = descriptor ? descriptor->blockAlign : 0;
+            if (descriptor && blockAlign == 0 && descriptor->channels != 0 && descriptor->quantizationBits != 0)
+                blockAlign = descriptor->channels * ((descriptor->quantizationBits + 7) / 8);
+            long long rateNumerator = 0, rateDenominator = 0;
+            if (descriptor && std::sscanf(descriptor->audioSamplingRate.c_str(), "%lld/%lld", &rateNumerator,
+                                          &rateDenominator) == 2 &&
+                blockAlign != 0 && rateDenominator > 0 && t.editRateNumerator > 0 && t.editRateDenominator > 0)
+            {
+                // Samples in one edit unit: the sampling rate over the edit rate.
+                long double const samples = static_cast<long double>(rateNumerator) * t.editRateDenominator /
+                                            (static_cast<long double>(rateDenominator) * t.editRateNumerator);
+                t.editUnitsFound = static_cast<std::int64_t>(stream->bytes / (samples * blockAlign) + 1e-9L);
+                continue;
+            }
+            auto segments = index.find(stream->bodySID);
+            if (segments == index.end())
+                continue;
+            std::int64_t total = 0;
+            for (SegmentFound const * g : segments->second)
+            {
+                if (g->editUnitByteCount != 0)
+                {
+                    t.editUnitsFound = std::int64_t(stream->bytes / g->editUnitByteCount);
+                    total = -1;
+                    break;
+                }
+                total += g->duration;
+            }
+            if (total >= 0)
+                t.editUnitsFound = total;
+        }
+    }
+}
+
+void checkTracks(FileSummary & s)
+{
+    std::vector<std::string> & w = s.warnings;
+    std::map<unsigned, std::int64_t> foundBySID;
+    for (PackageInfo const & package : s.packages)
+        for (TrackInfo const & t : package.tracks)
+        {
+            if (t.editUnitsFound < 0)
+                continue;
+            if (t.hasDuration && t.duration >= 0 && t.duration != t.editUnitsFound)
+                w.push_back("track " + std::to_string(t.id) + " (number " + hex(t.number, 8) + ") of the " +
+                            package.kind + " package has a duration of " + std::to_string(t.duration) +
+                            " edit units, but " + std::to_string(t.editUnitsFound) + " were found in the body");
+            std::int64_t & found = foundBySID[package.bodySID];
+            found = std::max(found, t.editUnitsFound);
+        }
+    std::set<unsigned> bodySIDs;
+    for (StreamFound const & f : s.streams)
+        bodySIDs.insert(f.bodySID);
+    for (PackageInfo const & package : s.packages)
+    {
+        bool expectsEssence = false;
+        for (TrackInfo const & t : package.tracks)
+            expectsEssence = expectsEssence || (t.number != 0 && t.hasDuration && t.duration != 0);
+        if (expectsEssence && package.hasEssenceContainerData && package.bodySID != 0 &&
+            bodySIDs.count(package.bodySID) == 0)
+            w.push_back("no essence of body SID " + std::to_string(package.bodySID) + " (source package " +
+                        package.uid + ") was found in the file");
+    }
+
+    std::map<unsigned, std::vector<SegmentFound const *>> const index = segmentsBySID(s);
+    for (auto const & entry : index)
+    {
+        std::int64_t total = 0;
+        bool constant = false;
+        for (SegmentFound const * g : entry.second)
+        {
+            total += g->duration;
+            constant = constant || g->editUnitByteCount != 0;
+            if (g->editUnitByteCount == 0 && g->indexEntries != 0 && std::int64_t(g->indexEntries) != g->duration)
+                w.push_back("the index table segment at offset " + std::to_string(g->offset) + " has " +
+                            std::to_string(g->indexEntries) + " index entries for a duration of " +
+                            std::to_string(g->duration));
+        }
+        auto found = foundBySID.find(entry.first);
+        if (found != foundBySID.end() && total != 0 && total != found->second)
+            w.push_back("the index of body SID " + std::to_string(entry.first) + " covers " + std::to_string(total) +
+                        " edit units, but " + std::to_string(found->second) + " were found in the body");
+    }
+}
+} // namespace
+
+FileSummary summarize(std::string const & path)
+{
+    FileSummary s;
+    s.path = path;
+    struct stat status;
+    if (::stat(path.c_str(), &status) != 0)
+        VELLUM_THROW(NotFound, ("cannot open " + path).c_str());
+    s.fileSize = static_cast<std::uint64_t>(status.st_size);
+    walkFile(s);
+    if (s.partitions.empty())
+        VELLUM_THROW(InvalidFormat, "no partition pack was found: this is not an MXF file");
+    try
+    {
+        readMetadata(s);
+    }
+    catch (Exceptions::BaseException const & e)
+    {
+        s.warnings.push_back(std::string("the header metadata cannot be read: ") + Utils::narrow(e.message()).c_str());
+    }
+    checkPartitions(s);
+    countEditUnits(s);
+    checkTracks(s);
+    return s;
+}
+} // namespace VellumTool

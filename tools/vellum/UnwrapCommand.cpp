@@ -1,0 +1,351 @@
+// vellum unwrap FILE DIR [--track ID] [--range FIRST:COUNT]: writes the edit units of each essence
+// track, as they are stored, to one file per track in DIR, through the library's EssenceReader.
+// Values are copied in slices through one buffer; nothing holds a whole edit unit.
+
+#include <cerrno>
+#include <chrono>
+#include <cinttypes>
+#include <cstdio>
+#include <cstring>
+#include <map>
+#include <string>
+#include <sys/stat.h>
+#include <unistd.h>
+#include <vector>
+
+#include "Commands.h"
+#include "DataIO/File/FileDataSource.h"
+#include "Exceptions/Exceptions.h"
+#include "KLV/Packet.h"
+#include "KLV/Value.h"
+#include "LabelNames.h"
+#include "MetaMetadata/StandardDictionary.h"
+#include "Metadata/PartitionMetadata.h"
+#include "Metadata/Structural/ContentStorage.h"
+#include "Metadata/Structural/FileDescriptor.h"
+#include "Metadata/Structural/Initialize.h"
+#include "Metadata/Structural/MaterialPackage.h"
+#include "Metadata/Structural/PackageHelpers.h"
+#include "Metadata/Structural/Preface.h"
+#include "Metadata/Structural/PrefaceHelpers.h"
+#include "Metadata/Structural/Sequence.h"
+#include "Metadata/Structural/SourcePackage.h"
+#include "Metadata/Structural/StructuralVisitors.h"
+#include "Metadata/Structural/TimelineTrack.h"
+#include "MXFIO/EssenceReader.h"
+#include "MXFIO/Reader2.h"
+#include "Types/Integers.h"
+#include "Types/Rational.h"
+#include "Types/UniversalLabel.h"
+#include "Utils/Text.h"
+
+namespace VellumTool
+{
+namespace
+{
+using namespace Vellum;
+namespace S = Metadata::Structural;
+typedef Templates::Rational<int64> Time;
+
+// Values are copied through a buffer of this size.
+size_t const SLICE = 1 << 20;
+// Files above this size show a progress line on a terminal.
+std::uint64_t const PROGRESS_SIZE = std::uint64_t(64) << 20;
+
+int usage()
+{
+    std::fprintf(stderr, "usage: vellum unwrap FILE DIR [--track ID] [--range FIRST:COUNT]\n");
+    return 2;
+}
+
+// The file name extension for the essence of a container label.
+std::string extensionOf(std::string const & containerName)
+{
+    struct Rule
+    {
+        char const * part;
+        char const * extension;
+    };
+    static Rule const rules[] = {{"D-10", "m2v"},        {"MPEG-ES VideoStream", "m2v"}, {"VC-3", "vc3"},
+                                 {"AVC", "h264"},        {"JPEG 2000", "j2c"},           {"JPEG2000", "j2c"},
+                                 {"Broadcast Wave", "pcm"}, {"AES3", "aes3"},            {"DV-DIF", "dv"}};
+    for (Rule const & rule : rules)
+        if (containerName.find(rule.part) != std::string::npos)
+            return rule.extension;
+    return "bin";
+}
+
+// Extensions of the essence by track number, from the descriptors of the source packages.
+std::map<unsigned, std::string> extensionsByTrackNumber(S::ContentStorage const & storage)
+{
+    std::map<unsigned, std::string> extensions;
+    for (unsigned i = 0; i < storage.packagesCount(); ++i)
+    {
+        S::SourcePackage const * package =
+            S::metadataSetAs<S::SourcePackage>(static_cast<Metadata::MetadataSet const *>(storage.package(i)));
+        if (!package)
+            continue;
+        Templates::list<S::TimelineTrack *> tracks;
+        S::getAllEssenceTracks(*package, tracks);
+        for (S::TimelineTrack * track : tracks)
+        {
+            if (!track->trackID() || !track->trackNumber() || track->trackNumber()->value() == 0)
+                continue;
+            S::FileDescriptor const * descriptor = S::fileDescriptorForTrack(*package, track->trackID()->value());
+            Types::UniversalLabel const * label = descriptor ? descriptor->essenceContainer() : nullptr;
+            extensions[track->trackNumber()->value()] = extensionOf(label ? labelName(label->rawBuffer()) : "");
+        }
+    }
+    return extensions;
+}
+
+// The package to read: the first Material Package, else the first package with essence in the file.
+S::GenericPackage * packageToRead(S::ContentStorage & storage)
+{
+    for (unsigned i = 0; i < storage.packagesCount(); ++i)
+        if (S::metadataSetAs<S::MaterialPackage>(static_cast<Metadata::MetadataSet *>(storage.package(i))))
+            return storage.package(i);
+    for (unsigned i = 0; i < storage.packagesCount(); ++i)
+    {
+        S::GenericPackage * package = storage.package(i);
+        if (package && package->packageUID() && storage.essenceContainerData(*package->packageUID()))
+            return package;
+    }
+    return nullptr;
+}
+
+struct Output
+{
+    std::FILE * file = nullptr;
+    std::string name;
+    std::uint64_t packets = 0, bytes = 0;
+    bool done = false;
+
+};
+
+class Progress
+{
+public:
+    Progress(std::uint64_t fileSize)
+        : fileSize_(fileSize), shown_(::isatty(::fileno(stderr)) != 0 && fileSize > PROGRESS_SIZE),
+          last_(std::chrono::steady_clock::now()), any_(false)
+    {
+    }
+    void update(std::uint64_t offset)
+    {
+        if (!shown_)
+            return;
+        std::chrono::steady_clock::time_point now = std::chrono::steady_clock::now();
+        if (any_ && now - last_ < std::chrono::milliseconds(250))
+            return;
+        last_ = now;
+        any_ = true;
+        std::fprintf(stderr, "\rvellum unwrap: %3u%%  %" PRIu64 " of %" PRIu64 " MiB", unsigned(offset * 100 / fileSize_),
+                     offset >> 20, fileSize_ >> 20);
+    }
+    void finish()
+    {
+        if (shown_ && any_)
+            std::fprintf(stderr, "\rvellum unwrap: 100%%  %" PRIu64 " of %" PRIu64 " MiB\n", fileSize_ >> 20,
+                         fileSize_ >> 20);
+    }
+
+private:
+    std::uint64_t fileSize_;
+    bool shown_;
+    std::chrono::steady_clock::time_point last_;
+    bool any_;
+};
+
+// Makes the folder and those above it that are missing.
+bool makeDirectories(std::string const & path)
+{
+    for (size_t slash = path.find('/', 1); slash != std::string::npos; slash = path.find('/', slash + 1))
+        if (::mkdir(path.substr(0, slash).c_str(), 0755) != 0 && errno != EEXIST)
+            return false;
+    return ::mkdir(path.c_str(), 0755) == 0 || errno == EEXIST;
+}
+
+bool parseUnsigned(std::string const & text, std::uint64_t & value)
+{
+    if (text.empty() || text.find_first_not_of("0123456789") != std::string::npos || text.size() > 18)
+        return false;
+    value = std::stoull(text);
+    return true;
+}
+} // namespace
+
+int unwrapCommand(Arguments const & arguments)
+{
+    std::vector<std::string> positional;
+    bool oneTrack = false, ranged = false;
+    std::uint64_t trackID = 0, first = 0, count = 0;
+    for (size_t i = 0; i < arguments.size(); ++i)
+    {
+        std::string const & a = arguments[i];
+        if (a == "--track" && i + 1 < arguments.size())
+        {
+            if (!parseUnsigned(arguments[++i], trackID))
+                return usage();
+            oneTrack = true;
+        }
+        else if (a == "--range" && i + 1 < arguments.size())
+        {
+            std::string const range = arguments[++i];
+            size_t colon = range.find(':');
+            if (colon == std::string::npos || !parseUnsigned(range.substr(0, colon), first) ||
+                !parseUnsigned(range.substr(colon + 1), count))
+                return usage();
+            ranged = true;
+        }
+        else if (a.compare(0, 2, "--") == 0)
+            return usage();
+        else
+            positional.push_back(a);
+    }
+    if (positional.size() != 2)
+        return usage();
+    std::string const path = positional[0], directory = positional[1];
+
+    std::map<unsigned, Output> outputs;
+    int status = 0;
+    try
+    {
+        S::initialize();
+        Templates::wstring widePath = Utils::wide(path.c_str());
+        DataIO::File::FileDataSource source(widePath.c_str(), 1 << 20);
+        std::uint64_t const fileSize = source.remaining();
+        MXFIO::Reader2 reader(source, MetaMetadata::createStandardDictionary(), 65536);
+        MXFIO::Partition * partition = reader.firstPartitionWithFinalMetadata();
+        Templates::SharedPtr<Metadata::PartitionMetadata> metadata = partition->metadata();
+        if (!metadata.get())
+            metadata = reader.headerPartition()->metadata();
+        if (!metadata.get())
+            VELLUM_THROW(NotFound, "the file has no header metadata");
+        S::Preface * preface = S::findPreface(*metadata);
+        S::ContentStorage * storage = preface->contentStorage();
+        if (!storage)
+            VELLUM_THROW(NotFound, "the Preface has no content storage");
+        S::GenericPackage * package = packageToRead(*storage);
+        if (!package)
+            VELLUM_THROW(NotFound, "the file has no package with essence");
+        std::map<unsigned, std::string> const extensions = extensionsByTrackNumber(*storage);
+
+        MXFIO::EssenceReader essence(reader, *preface, *package, false, false);
+        Templates::vector<unsigned int> const ids = essence.essenceTrackIDs();
+        if (oneTrack)
+        {
+            bool known = false;
+            for (unsigned id : ids)
+                known = known || id == trackID;
+            if (!known)
+            {
+                std::string list;
+                for (unsigned id : ids)
+                    list += " " + std::to_string(id);
+                std::fprintf(stderr, "vellum unwrap: the package has no essence track %" PRIu64 " (its tracks:%s)\n",
+                             trackID, list.c_str());
+                return 2;
+            }
+        }
+
+        // The range, in seconds, at the edit rate of the first picture track (else the first track).
+        Time start(0), end(0);
+        if (ranged)
+        {
+            Templates::vector<S::TimelineTrack *> tracks = essence.essenceTracks();
+            Types::Rational const * rate = nullptr;
+            for (S::TimelineTrack * track : tracks)
+                if (!rate && track->editRate() && track->sequence() && track->sequence()->dataDefinition() &&
+                    track->sequence()->dataDefinition()->rawBuffer()[12] == 0x01 &&
+                    track->sequence()->dataDefinition()->rawBuffer()[11] == 0x02)
+                    rate = track->editRate();
+            if (!rate && !tracks.empty())
+                rate = tracks.front()->editRate();
+            if (!rate || rate->numerator() <= 0 || rate->denominator() <= 0)
+                VELLUM_THROW(InvalidValue, "the tracks have no edit rate to count the range in");
+            start = Time(int64(first) * rate->denominator(), rate->numerator());
+            end = Time(int64(first + count) * rate->denominator(), rate->numerator());
+            if (count == 0)
+                return 0;
+            if (!essence.seek(start))
+            {
+                std::fprintf(stderr, "vellum unwrap: edit unit %" PRIu64 " is beyond the end of the essence\n", first);
+                return 1;
+            }
+        }
+
+        if (!makeDirectories(directory))
+            VELLUM_THROW(InvalidValue, ("cannot make the folder " + directory + ": " + std::strerror(errno)).c_str());
+
+        std::vector<unsigned char> buffer(SLICE);
+        Progress progress(fileSize);
+        MXFIO::EssenceReader::ElementEditUnit unit;
+        size_t tracksDone = 0;
+        size_t const tracksWanted = oneTrack ? 1 : ids.size();
+        while (tracksDone < tracksWanted && essence.nextElementEditUnit(65536, unit))
+        {
+            if (!unit.element.packet)
+                break;
+            if (oneTrack && unit.trackID != trackID)
+                continue;
+            Output & out = outputs[unit.trackID];
+            if (out.done)
+                continue;
+            if (ranged)
+            {
+                Time unitEnd = unit.position;
+                unitEnd += unit.duration;
+                // Units before the range (decoder warm-up after a seek) are left out.
+                if (!(start < unitEnd))
+                    continue;
+                if (!(unit.position < end))
+                {
+                    out.done = true;
+                    ++tracksDone;
+                    continue;
+                }
+            }
+            if (!out.file)
+            {
+                auto extension = extensions.find(unit.trackNumber);
+                out.name = directory + "/track-" + std::to_string(unit.trackID) + "." +
+                           (extension != extensions.end() ? extension->second : std::string("bin"));
+                out.file = std::fopen(out.name.c_str(), "wb");
+                if (!out.file)
+                    VELLUM_THROW(InvalidValue, ("cannot write " + out.name + ": " + std::strerror(errno)).c_str());
+            }
+            KLV::Value & value = unit.element.packet->value();
+            progress.update(unit.element.packet->keyAbsoluteOffset());
+            while (value.remaining() != 0)
+            {
+                uint64 const got = value.read(buffer.data(), buffer.size());
+                if (got == 0)
+                    VELLUM_THROW(InvalidValue, ("the element of track " + std::to_string(unit.trackID) +
+                                                 " ends early, the file is cut")
+                                                    .c_str());
+                if (std::fwrite(buffer.data(), 1, size_t(got), out.file) != size_t(got))
+                    VELLUM_THROW(InvalidValue, ("cannot write " + out.name + ": " + std::strerror(errno)).c_str());
+                out.bytes += got;
+            }
+            ++out.packets;
+        }
+        progress.finish();
+    }
+    catch (Exceptions::BaseException const & e)
+    {
+        std::fprintf(stderr, "vellum unwrap: %s\n", Utils::narrow(e.message()).c_str());
+        status = 1;
+    }
+    for (auto & entry : outputs)
+    {
+        Output & out = entry.second;
+        if (!out.file)
+            continue;
+        if (std::fclose(out.file) != 0)
+            status = 1;
+        std::printf("%s: %" PRIu64 " packets, %" PRIu64 " bytes\n", out.name.c_str(), out.packets, out.bytes);
+    }
+    return status;
+}
+} // namespace VellumTool
