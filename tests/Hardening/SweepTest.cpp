@@ -49,7 +49,8 @@ enum Reading
     SequentialOnly
 };
 
-void readVariant(unsigned char const * data, std::size_t size, std::string const & what, Reading reading)
+VellumTest::ReadReport readVariant(unsigned char const * data, std::size_t size, std::string const & what,
+                                   Reading reading)
 {
     VellumTest::ReadLimits limits = sweepLimits();
     limits.validateMetadata = reading == Both;
@@ -63,9 +64,10 @@ void readVariant(unsigned char const * data, std::size_t size, std::string const
     catch (std::exception const & e)
     {
         ADD_FAILURE() << what << ": " << e.what();
-        return;
+        return report;
     }
     EXPECT_FALSE(report.runaway) << what;
+    return report;
 }
 
 void sweep(std::string const & path)
@@ -80,7 +82,11 @@ void sweep(std::string const & path)
     // validated. Each variant is read by one of the two readers in turn and skips the validation
     // queries: under the sanitizers, loading a large header metadata twice for each of 400
     // variants would take minutes. The whole-file fuzz target does all of it for every input.
-    readVariant(file.data(), file.size(), "whole", Both);
+    VellumTest::ReadReport const whole = readVariant(file.data(), file.size(), "whole", Both);
+    // A reading that met nothing would let every variant pass.
+    EXPECT_GE(whole.partitions, 2u);
+    EXPECT_GT(whole.metadataSets, 0u);
+    EXPECT_GT(whole.sequentialPackets, 0u);
 
     // Cuts spread over the file, the first at the start and the last one byte short of the end.
     for (unsigned i = 0; i < VARIANTS; ++i)
@@ -109,7 +115,10 @@ void sweep(std::string const & path)
     double const cpu = cpuSeconds() - cpuStart;
     double const seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
     EXPECT_LT(cpu, SECONDS_PER_FILE);
-    std::printf("[   SWEPT  ] %s: %.1f s of processor time, %.1f s in all\n", path.c_str(), cpu, seconds);
+    std::printf("[   SWEPT  ] %s: %.1f s of processor time, %.1f s in all; whole file: %u partitions, %u sets, "
+                "%u edit units, %u exceptions (%s)\n",
+                path.c_str(), cpu, seconds, whole.partitions, whole.metadataSets, whole.editUnits, whole.exceptions,
+                whole.firstException.c_str());
 }
 } // namespace
 

@@ -4,12 +4,18 @@
 #include "Exceptions/Exceptions.h"
 #include "IndexTables/IndexTableSegment.h"
 #include "KLV/Packet.h"
+#include "MXFIO/EssenceReader.h"
 #include "MXFIO/Reader2.h"
 #include "MXFIO/SequentialReader.h"
 #include "MetaMetadata/StandardDictionary.h"
 #include "Metadata/Element.h"
 #include "Metadata/MetadataSet.h"
 #include "Metadata/PartitionMetadata.h"
+#include "Metadata/Structural/ContentStorage.h"
+#include "Metadata/Structural/GenericPackage.h"
+#include "Metadata/Structural/Initialize.h"
+#include "Metadata/Structural/Preface.h"
+#include "Metadata/Structural/PrefaceHelpers.h"
 #include "Packs/RandomIndexPack.h"
 
 #include <set>
@@ -25,6 +31,8 @@ uint64 const KEY_SEARCH_LIMIT = 65536;
 
 Templates::SharedPtr<MetaMetadata::Dictionary> standardDictionary()
 {
+    // Sets of the structural classes are built as such, which the essence reader needs.
+    Metadata::Structural::initialize();
     static Templates::SharedPtr<MetaMetadata::Dictionary> dictionary = MetaMetadata::createStandardDictionary();
     return dictionary;
 }
@@ -59,9 +67,10 @@ void guarded(ReadReport & report, Step step)
     {
         step();
     }
-    catch (Exceptions::BaseException const &)
+    catch (Exceptions::BaseException const & e)
     {
-        ++report.exceptions;
+        if (report.exceptions++ == 0)
+            report.firstException = e.whatUtf8().c_str();
     }
 }
 
@@ -84,6 +93,37 @@ void examineMetadata(Metadata::PartitionMetadata & metadata, ReadLimits const & 
     for (Metadata::PartitionMetadata::iterator it = metadata.begin(); it != metadata.end() && searched < 8;
          ++it, ++searched)
         metadata.parentSets(it->second, parents);
+}
+
+// Builds an essence reader on every package of the final metadata and reads its edit units.
+void readEssence(MXFIO::Reader2 & reader, Metadata::PartitionMetadata & metadata, ReadLimits const & limits,
+                 ReadReport & report)
+{
+    Metadata::Structural::Preface * preface = Metadata::Structural::findPreface(metadata);
+    if (preface == nullptr)
+        return;
+    Metadata::Structural::ContentStorage * storage = nullptr;
+    guarded(report, [&] { storage = preface->contentStorage(); });
+    if (storage == nullptr)
+        return;
+    unsigned packages = 0;
+    guarded(report, [&] { packages = storage->packagesCount(); });
+    for (unsigned i = 0; i < packages; ++i)
+    {
+        guarded(report, [&] {
+            Metadata::Structural::GenericPackage * package = storage->package(i);
+            if (package == nullptr)
+                return;
+            MXFIO::EssenceReader essence(reader, *preface, *package, false, false);
+            MXFIO::EssenceReader::ElementEditUnit unit;
+            for (unsigned count = 0; count < limits.maximumEditUnits; ++count)
+            {
+                if (!essence.nextElementEditUnit(KEY_SEARCH_LIMIT, unit))
+                    return;
+                ++report.editUnits;
+            }
+        });
+    }
 }
 
 // A forward walk from `start`: each step must reach a partition not met in this walk.
@@ -196,8 +236,10 @@ void readRandomAccess(unsigned char const * data, std::size_t size, ReadLimits c
                 return;
             examined = final;
             Templates::SharedPtr<Metadata::PartitionMetadata> metadata = final->metadata();
-            if (metadata.get() != nullptr)
-                examineMetadata(*metadata, limits, report);
+            if (metadata.get() == nullptr)
+                return;
+            examineMetadata(*metadata, limits, report);
+            readEssence(reader, *metadata, limits, report);
         });
     }
 }

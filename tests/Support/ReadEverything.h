@@ -1,11 +1,13 @@
 #pragma once
 // Opens a file held in memory and reads all of it the way a checker would: the partitions found
 // forward, backward, through the footer pointer and the RIP, every partition's metadata, index
-// segments and body packets, the final metadata with its validation queries, and the whole
-// stream once more through the sequential reader. Used by the sweep test and by the whole-file
+// segments and body packets, the final metadata with its validation queries, the edit units of
+// every package through an essence reader, and the whole stream once more through the
+// sequential reader. Used by the sweep test and by the whole-file
 // fuzz target. Only exceptions of the library's family are caught; anything else escapes.
 
 #include <cstddef>
+#include <string>
 
 namespace VellumTest
 {
@@ -41,6 +43,8 @@ struct ReadReport
     unsigned editUnits = 0;
     // Exceptions of the family that ended one of the steps.
     unsigned exceptions = 0;
+    // The text of the first of them, for the report of a test.
+    std::string firstException;
     // A walk that came back to a partition it had met, or went on past every cap: a reader that
     // would have run for ever.
     bool runaway = false;
