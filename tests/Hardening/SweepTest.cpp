@@ -29,7 +29,7 @@ VellumTest::ReadLimits sweepLimits()
     VellumTest::ReadLimits limits;
     limits.maximumPacketsPerPartition = 512;
     limits.maximumSequentialPackets = 2048;
-    limits.maximumEditUnits = 64;
+    limits.maximumEditUnits = 16;
     limits.repeatTailScans = false;
     limits.metadataOfEveryPartition = false;
     return limits;
