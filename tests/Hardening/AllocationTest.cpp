@@ -342,29 +342,33 @@ TEST(HardeningAllocation, BatchesOf2To31ElementsAreRefused)
         expectPacketRefused("partition pack packet", pack, [](KLV::Packet & p) { Packs::PartitionPack s(p); });
     }
 
-    // A Preface whose essence container batch (tag 3B0A) claims 2^31 labels in a short item.
+    // A Preface whose essence container batch (tag 3B0A) claims 2^31 labels in a short item, and
+    // one that claims 2^32 - 1 labels of no bytes each, which would take nothing from the item.
     static unsigned char const prefaceKey[16] = {0x06, 0x0e, 0x2b, 0x34, 0x02, 0x53, 0x01, 0x01,
                                                  0x0d, 0x01, 0x01, 0x01, 0x01, 0x01, 0x2f, 0x00};
-    Bytes setValue;
-    append16(setValue, 0x3b0a);
-    append16(setValue, 8 + 32);
-    append32(setValue, count);
-    append32(setValue, 16);
-    setValue.insert(setValue.end(), 32, 0x22);
-    Bytes set = packet(KLV::Key(prefaceKey), setValue.size(), setValue);
-    Bytes metadata = packet(Packs::PrimerPack::key(), 8, primerValue(0, 0));
-    metadata.insert(metadata.end(), set.begin(), set.end());
-    expectFileRefusedCheaply("preface", headerWith(metadata));
-    expectRefusedCheaply("preface set", [&] {
-        DataIO::Memory::MemoryDataSource source(set.data(), set.size());
-        KLV::Reader reader(source);
-        uint64 skipped = 0;
-        Templates::auto_ptr<KLV::Packet> p = reader.nextKLV(skipped, 0);
-        Templates::auto_ptr<Metadata::PartitionDictionary> d(
-            new Metadata::PartitionDictionary(dictionary(), Templates::auto_ptr<Packs::PrimerPack>(new Packs::PrimerPack())));
-        Metadata::PartitionMetadata m(std::move(d));
-        m.load(*p);
-    });
+    for (uint32 elementSize : {16u, 0u})
+    {
+        Bytes setValue;
+        append16(setValue, 0x3b0a);
+        append16(setValue, 8 + 32);
+        append32(setValue, elementSize == 0 ? 0xffffffffu : count);
+        append32(setValue, elementSize);
+        setValue.insert(setValue.end(), 32, 0x22);
+        Bytes set = packet(KLV::Key(prefaceKey), setValue.size(), setValue);
+        Bytes metadata = packet(Packs::PrimerPack::key(), 8, primerValue(0, 0));
+        metadata.insert(metadata.end(), set.begin(), set.end());
+        expectFileRefusedCheaply("preface", headerWith(metadata));
+        expectRefusedCheaply("preface set", [&] {
+            DataIO::Memory::MemoryDataSource source(set.data(), set.size());
+            KLV::Reader reader(source);
+            uint64 skipped = 0;
+            Templates::auto_ptr<KLV::Packet> p = reader.nextKLV(skipped, 0);
+            Templates::auto_ptr<Metadata::PartitionDictionary> d(
+                new Metadata::PartitionDictionary(dictionary(), Templates::auto_ptr<Packs::PrimerPack>(new Packs::PrimerPack())));
+            Metadata::PartitionMetadata m(std::move(d));
+            m.load(*p);
+        });
+    }
 }
 
 TEST(HardeningAllocation, IndexArraysOf2To32EntriesAreRefused)
