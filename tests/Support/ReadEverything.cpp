@@ -50,16 +50,6 @@ struct PartitionLog
     }
 };
 
-// Counts what the sequential reader hands over; the defaults of the base class drop it.
-class CountingSequentialReader : public MXFIO::SequentialReader
-{
-public:
-    CountingSequentialReader(DataIO::DataSource & source, Templates::SharedPtr<MetaMetadata::Dictionary> dictionary)
-        : MXFIO::SequentialReader(source, dictionary)
-    {
-    }
-};
-
 template <typename Step>
 void guarded(ReadReport & report, Step step)
 {
@@ -247,7 +237,8 @@ void readRandomAccess(unsigned char const * data, std::size_t size, ReadLimits c
 void readSequentially(unsigned char const * data, std::size_t size, ReadLimits const & limits, ReadReport & report)
 {
     DataIO::Memory::MemoryDataSource source(data, size);
-    CountingSequentialReader reader(source, standardDictionary());
+    // The handlers of the base class drop what they are handed.
+    MXFIO::SequentialReader reader(source, standardDictionary());
     guarded(report, [&] {
         while (reader.next(KEY_SEARCH_LIMIT))
         {
