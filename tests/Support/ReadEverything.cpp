@@ -116,7 +116,7 @@ void readEssence(MXFIO::Reader2 & reader, Metadata::PartitionMetadata & metadata
     }
 }
 
-// A forward walk from `start`: each step must reach a partition not met in this walk.
+// A walk from `start`, forward or backward: each step must reach a partition not met in this walk.
 void walk(MXFIO::Reader2 & reader, MXFIO::Partition * start, bool forward, PartitionLog & log,
           ReadLimits const & limits, ReadReport & report)
 {
