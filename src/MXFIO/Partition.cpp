@@ -244,6 +244,13 @@ Templates::auto_ptr<KLV::Packet> Partition::nextIndexTableSegmentsKLV()
         }
         Templates::auto_ptr<KLV::Packet> fill = impl_->klvReader->nextKLV(skipped, impl_->keySearchLimit);
         fill->value().discard();
+        // A fill item that runs past the region ends it: going back to the region's start would
+        // meet the same item again, for ever.
+        if (source.absoluteOffset() > end)
+        {
+            impl_->state = InBody;
+            return packet;
+        }
     }
 }
 
