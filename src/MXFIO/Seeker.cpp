@@ -10,6 +10,8 @@ namespace MXFIO
 {
 namespace
 {
+// The stream offsets learnt while reading that a Seeker keeps at most.
+size_t const MAX_LEARNT_OFFSETS = 1 << 16;
 // The element number of a track number: the element count (byte 2) does not tell elements apart.
 unsigned int elementNumber(unsigned int trackNumber)
 {
@@ -311,8 +313,13 @@ unsigned int Seeker::elementIndex(unsigned int trackNumber) const
 
 void Seeker::learnStreamOffset(int64 editUnit, uint64 offset)
 {
-    if (editUnit >= 0)
-        impl_->learnt[editUnit] = offset;
+    // A constant size places every unit already. Otherwise the most recent units are kept, so
+    // that memory stays flat however long the file read.
+    if (editUnit < 0 || impl_->editUnitByteCount != 0)
+        return;
+    impl_->learnt[editUnit] = offset;
+    if (impl_->learnt.size() > MAX_LEARNT_OFFSETS)
+        impl_->learnt.erase(impl_->learnt.begin());
 }
 
 void Seeker::containerSize(uint64 size, int64 duration)

@@ -137,6 +137,13 @@ TEST(MXFIOSeeker, CoarseOffsetsFromTheIndexOrAnEstimate)
     f.seeker->learnStreamOffset(13, 31000);
     EXPECT_TRUE(f.seeker->streamOffset(13, offset));
     EXPECT_EQ(offset, 31000u);
+    // Only the most recent 65536 learnt offsets are kept, however long the file.
+    for (int64 unit = 100; unit < 100 + 70000; ++unit)
+        f.seeker->learnStreamOffset(unit, uint64(unit) * 3000 + 7);
+    EXPECT_TRUE(f.seeker->streamOffset(100 + 69999, offset));
+    EXPECT_EQ(offset, uint64(100 + 69999) * 3000 + 7);
+    EXPECT_TRUE(f.seeker->streamOffset(100, offset));
+    EXPECT_EQ(offset, 100u * 2500u);
     // A new size starts a new average; a duration of 0 gives an average of 0.
     f.seeker->containerSize(7000, 0);
     EXPECT_TRUE(f.seeker->streamOffset(15, offset));
