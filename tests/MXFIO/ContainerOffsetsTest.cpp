@@ -19,7 +19,7 @@ using MXFIO::Reader2;
 namespace
 {
 // Two containers interleaved over several body partitions, an index-only partition between.
-std::vector<PartitionSpec> twoContainers()
+std::vector<PartitionPlan> twoContainers()
 {
     return {header(),
             body(1, {100, 50, 7}),
@@ -31,12 +31,12 @@ std::vector<PartitionSpec> twoContainers()
             footer()};
 }
 
-unsigned long long essenceOf(Built const & built, unsigned sid, std::vector<PartitionSpec> const & specs)
+unsigned long long essenceOf(Built const & built, unsigned sid, std::vector<PartitionPlan> const & plans)
 {
     unsigned long long total = 0;
-    for (size_t p = 0; p < specs.size(); ++p)
-        if (specs[p].bodySID == sid)
-            for (size_t size : specs[p].essence)
+    for (size_t p = 0; p < plans.size(); ++p)
+        if (plans[p].bodySID == sid)
+            for (size_t size : plans[p].essence)
                 total += 20 + size;
     (void)built;
     return total;
@@ -45,13 +45,13 @@ unsigned long long essenceOf(Built const & built, unsigned sid, std::vector<Part
 
 TEST(MXFIOContainerOffsets, SizesAndPartitionsOfHandBuiltFiles)
 {
-    std::vector<PartitionSpec> specs = twoContainers();
+    std::vector<PartitionPlan> plans = twoContainers();
     for (bool withRIP : {true, false})
     {
-        Built built = build(specs, withRIP);
+        Built built = build(plans, withRIP);
         for (unsigned sid : {1u, 2u})
         {
-            unsigned long long const expected = essenceOf(built, sid, specs);
+            unsigned long long const expected = essenceOf(built, sid, plans);
             DataIO::Memory::MemoryDataSource source1(built.bytes.data(), built.bytes.size());
             Reader reader(source1, dictionary(), 65536);
             EXPECT_EQ(MXFIO::containerSize(reader, sid), expected);
@@ -62,7 +62,7 @@ TEST(MXFIOContainerOffsets, SizesAndPartitionsOfHandBuiltFiles)
             // Every packet, and its last byte, lies in the partition that holds it.
             for (Built::Packet const & packet : built.packets)
             {
-                if (specs[packet.partition].bodySID != sid)
+                if (plans[packet.partition].bodySID != sid)
                     continue;
                 unsigned long long const want = built.partitionOffsets[packet.partition];
                 for (unsigned long long offset : {packet.streamOffset, packet.streamOffset + 19})
@@ -94,8 +94,8 @@ TEST(MXFIOContainerOffsets, SizesAndPartitionsOfHandBuiltFiles)
 TEST(MXFIOContainerOffsets, DamagedFiles)
 {
     // Cut behind the body: the plain form counts to the end, the other wants a partition behind.
-    std::vector<PartitionSpec> specs = {header(), body(1, {100}), body(1, {40, 40})};
-    Built built = build(specs, false);
+    std::vector<PartitionPlan> plans = {header(), body(1, {100}), body(1, {40, 40})};
+    Built built = build(plans, false);
     {
         DataIO::Memory::MemoryDataSource source(built.bytes.data(), built.bytes.size());
         Reader reader(source, dictionary(), 65536);
@@ -117,10 +117,10 @@ TEST(MXFIOContainerOffsets, DamagedFiles)
     }
 
     // A body that starts behind the next partition: index byte count far too big.
-    specs = {header(), body(1, {100}), body(1, {40}), footer()};
+    plans = {header(), body(1, {100}), body(1, {40}), footer()};
     for (size_t damaged : {size_t(1), size_t(2)})
     {
-        Built bad = build(specs, true);
+        Built bad = build(plans, true);
         unsigned long long const at = bad.partitionOffsets[damaged];
         patchBE(bad.bytes, at + 20 + 40, 5000, 8);
         unsigned long long const bodyStart = at + 108 + 5000;

@@ -31,7 +31,7 @@ long long startOf(IndexTableSegmentPtr const & s) { return s.get() == nullptr ? 
 
 // Index segments of SID 2 over body SID 1, spread over the partitions: some in the body
 // partitions, one in a partition of its own, the last open.
-std::vector<PartitionSpec> indexedFile(bool openEnd)
+std::vector<PartitionPlan> indexedFile(bool openEnd)
 {
     return {header(),
             body(1, {10, 10}, 2, {{0, 10, 1}}),
@@ -178,11 +178,11 @@ TEST(MXFIOIndexTableProviders, NoIndexIsWalkedOnce)
 TEST(MXFIOIndexTableProviders, PositionEstimate)
 {
     // Ten edit units in each body partition, each with the segment of its own units.
-    std::vector<PartitionSpec> specs = {header()};
+    std::vector<PartitionPlan> plans = {header()};
     for (int p = 0; p < 6; ++p)
-        specs.push_back(body(1, {10, 10}, 2, {{p * 10, 10, 1}}));
-    specs.push_back(footer());
-    Built built = build(specs);
+        plans.push_back(body(1, {10, 10}, 2, {{p * 10, 10, 1}}));
+    plans.push_back(footer());
+    Built built = build(plans);
 
     EXPECT_EQ(messageOf<Exceptions::InvalidValue>([&] {
                   DataIO::Memory::MemoryDataSource source(built.bytes.data(), built.bytes.size());

@@ -16,28 +16,28 @@ namespace
 {
 // Body SID 1 in five partitions of 100 edit units of 20 + 10 bytes each would be large: here each
 // "edit unit" is one packet of 30 bytes, five to a partition, with body SID 2 in between.
-std::vector<PartitionSpec> fivePartitions()
+std::vector<PartitionPlan> fivePartitions()
 {
-    std::vector<PartitionSpec> specs = {header()};
+    std::vector<PartitionPlan> plans = {header()};
     for (int p = 0; p < 5; ++p)
     {
-        specs.push_back(body(1, {10, 10, 10, 10, 10}));
+        plans.push_back(body(1, {10, 10, 10, 10, 10}));
         if (p == 2)
-            specs.push_back(body(2, {5}));
+            plans.push_back(body(2, {5}));
     }
-    specs.push_back(footer());
-    return specs;
+    plans.push_back(footer());
+    return plans;
 }
 
 // Checks that every packet of body SID 1, its first and last byte, is found in its partition,
 // and that the byte behind the container is not.
-void checkAll(MXFIO::PartitionProvider & provider, Built const & built, std::vector<PartitionSpec> const & specs,
+void checkAll(MXFIO::PartitionProvider & provider, Built const & built, std::vector<PartitionPlan> const & plans,
               bool withUnits)
 {
     long long unit = 0;
     for (Built::Packet const & packet : built.packets)
     {
-        if (specs[packet.partition].bodySID != 1)
+        if (plans[packet.partition].bodySID != 1)
             continue;
         for (unsigned long long offset : {packet.streamOffset, packet.streamOffset + 29})
         {
@@ -69,13 +69,13 @@ protected:
 
 TEST(MXFIOPartitionProviders, EveryProviderFindsEveryPacket)
 {
-    std::vector<PartitionSpec> specs = fivePartitions();
-    Built built = build(specs);
+    std::vector<PartitionPlan> plans = fivePartitions();
+    Built built = build(plans);
     {
         DataIO::Memory::MemoryDataSource source(built.bytes.data(), built.bytes.size());
         Reader reader(source, dictionary(), 65536);
         MXFIO::BasicPartitionProvider basic(reader, 1);
-        checkAll(basic, built, specs, false);
+        checkAll(basic, built, plans, false);
     }
     for (bool fromLast : {false, true})
     {
@@ -85,35 +85,35 @@ TEST(MXFIOPartitionProviders, EveryProviderFindsEveryPacket)
         MXFIO::BasicPartitionProvider basic(reader, 1, fromLast);
         if (fromLast)
             reader.footerPartition();
-        checkAll(basic, built, specs, false);
+        checkAll(basic, built, plans, false);
     }
     {
         DataIO::Memory::MemoryDataSource source(built.bytes.data(), built.bytes.size());
         Reader2 reader(source, dictionary(), 65536);
         MXFIO::EstimatePartitionProvider estimate(reader, 1);
         EXPECT_EQ(estimate.partitionOffsets().size(), 5u);
-        checkAll(estimate, built, specs, false);
+        checkAll(estimate, built, plans, false);
     }
     for (unsigned count : {5u, 1u, 3u, 100u})
     {
         DataIO::Memory::MemoryDataSource source(built.bytes.data(), built.bytes.size());
         Reader2 reader(source, dictionary(), 65536);
         MXFIO::FixedEditUnitCountPartitionProvider fixed(reader, 1, count);
-        checkAll(fixed, built, specs, true);
-        checkAll(fixed, built, specs, false);
+        checkAll(fixed, built, plans, true);
+        checkAll(fixed, built, plans, false);
     }
     {
         DataIO::Memory::MemoryDataSource source(built.bytes.data(), built.bytes.size());
         Reader reader(source, dictionary(), 65536);
         MXFIO::StreamingPartitionProvider streaming(reader, 1);
-        checkAll(streaming, built, specs, false);
+        checkAll(streaming, built, plans, false);
     }
 }
 
 TEST(MXFIOPartitionProviders, FixedCountGuessesTheTableIndex)
 {
-    std::vector<PartitionSpec> specs = fivePartitions();
-    Built built = build(specs);
+    std::vector<PartitionPlan> plans = fivePartitions();
+    Built built = build(plans);
     DataIO::Memory::MemoryDataSource source(built.bytes.data(), built.bytes.size());
     Reader2 reader(source, dictionary(), 65536);
     RecordingFixedProvider fixed(reader, 1, 100);
@@ -185,8 +185,8 @@ TEST(MXFIOPartitionProviders, RIPEdgeCases)
 
 TEST(MXFIOPartitionProviders, StreamingFollowsAGrowingFile)
 {
-    std::vector<PartitionSpec> specs = fivePartitions();
-    Built built = build(specs);
+    std::vector<PartitionPlan> plans = fivePartitions();
+    Built built = build(plans);
     // Visible: up to the middle of the third partition of body SID 1.
     GrowingSource source(built.bytes, built.partitionOffsets[3] + 108 + 60);
     Reader reader(source, dictionary(), 65536);
@@ -200,7 +200,7 @@ TEST(MXFIOPartitionProviders, StreamingFollowsAGrowingFile)
     EXPECT_EQ(streaming.partition(2 * 150 + 60, -1), nullptr);
     EXPECT_EQ(streaming.partition(4 * 150, -1), nullptr);
     source.grow(built.bytes.size());
-    checkAll(streaming, built, specs, false);
+    checkAll(streaming, built, plans, false);
 
     Bytes nothing;
     GrowingSource empty(nothing, 0);

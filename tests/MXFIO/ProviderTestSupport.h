@@ -44,19 +44,19 @@ inline Bytes essenceKey()
     return {0x06, 0x0E, 0x2B, 0x34, 0x01, 0x02, 0x01, 0x01, 0x0D, 0x01, 0x03, 0x01, 0x15, 0x01, 0x05, 0x01};
 }
 
-struct SegmentSpec
+struct SegmentPlan
 {
     long long start;
     long long duration;
     unsigned bodySID;
 };
 
-struct PartitionSpec
+struct PartitionPlan
 {
     int kind; // 2 header, 3 body, 4 footer
     unsigned bodySID;
     unsigned indexSID;
-    std::vector<SegmentSpec> segments;
+    std::vector<SegmentPlan> segments;
     // The value sizes of the essence packets of the body.
     std::vector<size_t> essence;
 };
@@ -78,13 +78,13 @@ struct Built
     unsigned long long essenceBytes;
 };
 
-inline Bytes segmentBytes(SegmentSpec const & spec, unsigned indexSID)
+inline Bytes segmentBytes(SegmentPlan const & plan, unsigned indexSID)
 {
     IndexTables::IndexTableSegment segment;
     segment.indexEditRate(Types::Rational(25, 1));
-    segment.indexStartPosition(static_cast<int64>(spec.start));
-    segment.indexDuration(static_cast<int64>(spec.duration));
-    segment.bodySID(spec.bodySID);
+    segment.indexStartPosition(static_cast<int64>(plan.start));
+    segment.indexDuration(static_cast<int64>(plan.duration));
+    segment.bodySID(plan.bodySID);
     segment.indexSID(indexSID);
     segment.editUnitByteCount(100);
     DataIO::Memory::MemoryDataSink sink;
@@ -95,7 +95,7 @@ inline Bytes segmentBytes(SegmentSpec const & spec, unsigned indexSID)
 // Lays the partitions out in order; the stream offset of a body SID runs on over its partitions.
 // With `rip` a Random Index Pack closes the file. The footer field of every pack points at the
 // last partition if that is a footer.
-inline Built build(std::vector<PartitionSpec> const & specs, bool rip = true)
+inline Built build(std::vector<PartitionPlan> const & plans, bool rip = true)
 {
     Built built;
     built.essenceBytes = 0;
@@ -103,25 +103,25 @@ inline Built build(std::vector<PartitionSpec> const & specs, bool rip = true)
     std::vector<size_t> footerFields;
     unsigned long long previous = 0;
     unsigned long long footer = 0;
-    for (size_t p = 0; p < specs.size(); ++p)
+    for (size_t p = 0; p < plans.size(); ++p)
     {
-        PartitionSpec const & spec = specs[p];
+        PartitionPlan const & plan = plans[p];
         unsigned long long const offset = built.bytes.size();
         built.partitionOffsets.push_back(offset);
         Bytes index;
-        for (SegmentSpec const & s : spec.segments)
+        for (SegmentPlan const & s : plan.segments)
         {
-            Bytes one = segmentBytes(s, spec.indexSID);
+            Bytes one = segmentBytes(s, plan.indexSID);
             index.insert(index.end(), one.begin(), one.end());
         }
-        unsigned long long const bodyOffset = spec.bodySID != 0 ? streamOffsetOf[spec.bodySID] : 0;
+        unsigned long long const bodyOffset = plan.bodySID != 0 ? streamOffsetOf[plan.bodySID] : 0;
         built.bodyOffsets.push_back(bodyOffset);
-        if (spec.kind == 4)
+        if (plan.kind == 4)
             footer = offset;
 
         Bytes & out = built.bytes;
         Bytes key = {0x06, 0x0E, 0x2B, 0x34, 0x02, 0x05, 0x01, 0x01, 0x0D, 0x01, 0x02, 0x01, 0x01};
-        key.push_back(static_cast<unsigned char>(spec.kind));
+        key.push_back(static_cast<unsigned char>(plan.kind));
         key.push_back(0x04);
         key.push_back(0x00);
         out.insert(out.end(), key.begin(), key.end());
@@ -136,24 +136,24 @@ inline Built build(std::vector<PartitionSpec> const & specs, bool rip = true)
         putBE(out, 0, 8);
         putBE(out, 0, 8);
         putBE(out, index.size(), 8);
-        putBE(out, spec.indexSID, 4);
+        putBE(out, plan.indexSID, 4);
         putBE(out, bodyOffset, 8);
-        putBE(out, spec.bodySID, 4);
+        putBE(out, plan.bodySID, 4);
         for (int i = 0; i < 16; ++i)
             out.push_back(0);
         putBE(out, 0, 4);
         putBE(out, 16, 4);
         out.insert(out.end(), index.begin(), index.end());
-        for (size_t size : spec.essence)
+        for (size_t size : plan.essence)
         {
-            built.packets.push_back(Built::Packet{streamOffsetOf[spec.bodySID], p});
+            built.packets.push_back(Built::Packet{streamOffsetOf[plan.bodySID], p});
             Bytes k = essenceKey();
             out.insert(out.end(), k.begin(), k.end());
             out.push_back(0x83);
             putBE(out, size, 3);
             for (size_t i = 0; i < size; ++i)
                 out.push_back(static_cast<unsigned char>(i * 7 + p));
-            streamOffsetOf[spec.bodySID] += 20 + size;
+            streamOffsetOf[plan.bodySID] += 20 + size;
             built.essenceBytes += 20 + size;
         }
         previous = offset;
@@ -163,8 +163,8 @@ inline Built build(std::vector<PartitionSpec> const & specs, bool rip = true)
     if (rip)
     {
         Packs::RandomIndexPack pack;
-        for (size_t p = 0; p < specs.size(); ++p)
-            pack.add(specs[p].bodySID, built.partitionOffsets[p]);
+        for (size_t p = 0; p < plans.size(); ++p)
+            pack.add(plans[p].bodySID, built.partitionOffsets[p]);
         DataIO::Memory::MemoryDataSink sink;
         pack.serialize(sink);
         built.bytes.insert(built.bytes.end(), sink.rawBuffer(), sink.rawBuffer() + sink.serializedSize());
@@ -172,16 +172,16 @@ inline Built build(std::vector<PartitionSpec> const & specs, bool rip = true)
     return built;
 }
 
-inline PartitionSpec header(unsigned bodySID = 0, unsigned indexSID = 0) { return PartitionSpec{2, bodySID, indexSID, {}, {}}; }
-inline PartitionSpec footer(unsigned indexSID = 0) { return PartitionSpec{4, 0, indexSID, {}, {}}; }
-inline PartitionSpec body(unsigned bodySID, std::vector<size_t> essence, unsigned indexSID = 0,
-                          std::vector<SegmentSpec> segments = {})
+inline PartitionPlan header(unsigned bodySID = 0, unsigned indexSID = 0) { return PartitionPlan{2, bodySID, indexSID, {}, {}}; }
+inline PartitionPlan footer(unsigned indexSID = 0) { return PartitionPlan{4, 0, indexSID, {}, {}}; }
+inline PartitionPlan body(unsigned bodySID, std::vector<size_t> essence, unsigned indexSID = 0,
+                          std::vector<SegmentPlan> segments = {})
 {
-    return PartitionSpec{3, bodySID, indexSID, segments, essence};
+    return PartitionPlan{3, bodySID, indexSID, segments, essence};
 }
-inline PartitionSpec indexOnly(unsigned indexSID, std::vector<SegmentSpec> segments)
+inline PartitionPlan indexOnly(unsigned indexSID, std::vector<SegmentPlan> segments)
 {
-    return PartitionSpec{3, 0, indexSID, segments, {}};
+    return PartitionPlan{3, 0, indexSID, segments, {}};
 }
 
 // Lower-case hexadecimal, as the library writes offsets in its messages.
