@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Makes the seed corpora of the fuzz targets: make-corpus.sh OUTDIR
+# Makes the starting corpora of the fuzz targets: make-corpus.sh OUTDIR
 # Cuts partition packs, Primer packs, RIPs, index segments, metadata sets and header metadata
 # regions out of the shared samples, examples/small.mxf and a few tiny files made here with
 # ffmpeg, one directory for each target (OUTDIR/<Target>/). Nothing is fetched.
