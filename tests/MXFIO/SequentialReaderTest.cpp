@@ -204,13 +204,7 @@ Record plainWalk(Bytes const & file)
 
 std::vector<std::string> realFiles()
 {
-    std::vector<std::string> files = VellumTest::sampleFiles();
-    for (std::string const & name : VellumTest::ffmpegFixtureNames())
-    {
-        std::string path = VellumTest::ffmpegFixture(name);
-        if (!path.empty())
-            files.push_back(path);
-    }
+    std::vector<std::string> files = VellumTest::sampleAndFixtureFiles();
     files.push_back(std::string(VELLUM_SOURCE_DIR) + "/examples/small.mxf");
     return files;
 }

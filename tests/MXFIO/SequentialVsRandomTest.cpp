@@ -126,13 +126,7 @@ Seen randomWalk(Bytes const & bytes)
 
 TEST(MXFIOSequentialVsRandom, BothWalksSeeTheSameFile)
 {
-    std::vector<std::string> files = VellumTest::sampleFiles();
-    for (std::string const & name : VellumTest::ffmpegFixtureNames())
-    {
-        std::string path = VellumTest::ffmpegFixture(name);
-        if (!path.empty())
-            files.push_back(path);
-    }
+    std::vector<std::string> files = VellumTest::sampleAndFixtureFiles();
     if (files.empty())
         GTEST_SKIP() << "no files";
     for (std::string const & path : files)

@@ -167,12 +167,8 @@ TEST(PartitionMetadataRoundTrip, SampleFilesKeepEverySetValueInvalidElementAndDa
 TEST(PartitionMetadataRoundTrip, FfmpegFilesAndTheExample)
 {
     std::vector<std::string> files = {std::string(VELLUM_SOURCE_DIR) + "/examples/small.mxf"};
-    for (std::string const & name : VellumTest::ffmpegFixtureNames())
-    {
-        std::string const path = VellumTest::ffmpegFixture(name);
-        if (!path.empty())
-            files.push_back(path);
-    }
+    for (std::string const & path : VellumTest::ffmpegFixtureFiles())
+        files.push_back(path);
     if (files.size() == 1)
         std::cout << "[ NOTE     ] ffmpeg is absent: only the example is read" << std::endl;
     for (std::string const & path : files)

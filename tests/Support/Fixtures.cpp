@@ -61,6 +61,26 @@ std::vector<std::string> ffmpegFixtureNames()
             "op1a-partitions.mxf"};
 }
 
+std::vector<std::string> ffmpegFixtureFiles()
+{
+    std::vector<std::string> files;
+    for (std::string const & name : ffmpegFixtureNames())
+    {
+        std::string path = ffmpegFixture(name);
+        if (!path.empty())
+            files.push_back(path);
+    }
+    return files;
+}
+
+std::vector<std::string> sampleAndFixtureFiles()
+{
+    std::vector<std::string> files = sampleFiles();
+    for (std::string const & path : ffmpegFixtureFiles())
+        files.push_back(path);
+    return files;
+}
+
 std::string ffmpegFixture(std::string const & name)
 {
     if (!haveFfmpeg())

@@ -16,6 +16,10 @@ std::vector<std::string> sampleFiles();
 std::string ffmpegFixture(std::string const & name);
 // Every ffmpeg fixture name.
 std::vector<std::string> ffmpegFixtureNames();
+// The paths of every ffmpeg fixture, made on first use (empty when ffmpeg is not installed).
+std::vector<std::string> ffmpegFixtureFiles();
+// The samples followed by the ffmpeg fixtures: each of them that is there.
+std::vector<std::string> sampleAndFixtureFiles();
 // The whole content of a file.
 std::vector<unsigned char> readFile(std::string const & path);
 // A fresh temporary path for the calling test.

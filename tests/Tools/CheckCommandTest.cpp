@@ -195,12 +195,8 @@ TEST(CheckTool, FindsNothingInConsistentFiles)
     std::vector<std::string> files{smallExample()};
     if (!VellumTest::sharedDir().empty())
         files.push_back(VellumTest::sharedDir() + "/samples/escape-chars.mxf");
-    for (std::string const & name : VellumTest::ffmpegFixtureNames())
-    {
-        std::string path = VellumTest::ffmpegFixture(name);
-        if (!path.empty())
-            files.push_back(path);
-    }
+    for (std::string const & path : VellumTest::ffmpegFixtureFiles())
+        files.push_back(path);
     for (std::string const & path : files)
     {
         ToolRun run = runCheck(path);
