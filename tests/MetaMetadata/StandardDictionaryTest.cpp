@@ -242,8 +242,10 @@ TEST(StandardDictionary, ElementsHaveTheClassOfTheirType)
         EXPECT_EQ(collection, asCollection.value() != nullptr) << name;
         EXPECT_EQ(reference, asReference.value() != nullptr) << name;
         if (collection)
+        {
             EXPECT_EQ(0xFFFFFFFFu, asCollection.value()->collectionSizeLimits().maximum -
                                        asCollection.value()->collectionSizeLimits().minimum);
+        }
     }
 }
 

@@ -115,7 +115,10 @@ TEST(ReferenceElementTest, SetsReferenceValuesByType)
     EXPECT_EQ(getAs<Types::StrongReference>(*target.value())->uuid(), Types::UUID(bytes.data()));
     Metadata::PartitionDictionary & dictionary = owner.partitionDictionary();
     dictionary.findOrGenerate(label(Target));
-    EXPECT_EQ(written(target, dictionary, 2), cat(Bytes{0x80, 0x00, 0x00, 0x10}, bytes));
+    Bytes item = written(target, dictionary, 2);
+    ASSERT_EQ(item.size(), 20u);
+    EXPECT_EQ(Bytes(item.begin(), item.begin() + 4), (Bytes{0x80, 0x00, 0x00, 0x10}));
+    EXPECT_EQ(Bytes(item.begin() + 4, item.end()), bytes);
 
     // A clone keeps the reference; the copy is its own.
     Metadata::MetadataSet other(setKey(1), &schema.parent, nullptr);

@@ -208,7 +208,9 @@ TEST(SMPTETimeCodeTest, FromFrameCounterAndAdvancing)
         EXPECT_EQ(row.text, text(tc)) << row.counter;
         EXPECT_EQ(row.fps, tc.frameRate());
         if (row.counter >= 0 && row.counter < 86400 * 25)
+        {
             EXPECT_EQ(uint64(row.counter), tc.toFrameCounter()) << row.text;
+        }
     }
     EXPECT_EQ("00:00:00:01", text(TimeCode(50, int64(2), false), true, false));
 
