@@ -253,7 +253,7 @@ void DefaultIndexTableGenerator::updateIndex()
     }
     if (d.bodyStrategy == IndexTableGenerationNotWritten && d.closingStrategy == IndexTableGenerationNotWritten &&
         d.hasLastWritten)
-        while (d.segments.front().get() != d.lastWritten)
+        while (!d.segments.empty() && d.segments.front().get() != d.lastWritten)
             d.segments.pop_front();
     d.segments.push_back(segment);
 }

@@ -116,6 +116,25 @@ TEST(IndexGeneration, SegmentFormFollowsTheLayout)
     }
 }
 
+// A long stream of variable size: a segment stops short of the 16-bit limit of its local sets,
+// and the next one takes over where it ended.
+TEST(IndexGeneration, SegmentsSplitBeforeTheirLocalSetsOverflow)
+{
+    unsigned int const count = 7000;
+    Indexed const indexed = indexContainer({stream(0x15, std::vector<unsigned int>(count, 3), false)},
+                                           MXFIO::IndexSegmentChoose);
+    ASSERT_EQ(2u, indexed.segments.size());
+    int64 start = 0;
+    for (std::unique_ptr<IndexTables::IndexTableSegment> const & segment : indexed.segments)
+    {
+        EXPECT_EQ(start, segment->indexStartPosition().value());
+        EXPECT_EQ(segment->indexEntryCount(), segment->indexDuration().value());
+        EXPECT_LT(segment->serializedSize(), 65535u);
+        start += segment->indexDuration().value();
+    }
+    EXPECT_EQ(int64(count), start);
+}
+
 // Flag bytes of MPEG-2 pictures: I with and without random access, P, B, and B predicted only
 // backward (the leading pictures of a closed group).
 unsigned char const I_CLOSED = 0xC0, I_OPEN = 0x40, P = 0x22, B = 0x33, B_BACKWARD = 0x13;

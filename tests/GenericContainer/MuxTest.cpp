@@ -165,5 +165,78 @@ TEST(Mux, ElementsEndOnTheKagWhenOneIsSet)
         }
     }
 }
+
+// Byte 15 of the element keys: the count of data elements before, plus 2; 1 for S436M VBI lines
+// and ANC packets; an explicit number as given.
+TEST(Mux, ElementNumbersOfDataElements)
+{
+    GC::Multiplexer::Mux mux(newHeaderMetadata(), testContainerLabel(), Rational<int>(25, 1));
+    mux.addAnalyzer(analyzer<MemoryData>(withKey(variableStream({1}), 0x17, 0x03)), false, Rational<int64>(0, 1));
+    mux.addAnalyzer(analyzer<MemoryData>(withKey(variableStream({1}), 0x17, 0x03)), false, Rational<int64>(0, 1));
+    mux.addAnalyzer(analyzer<MemoryData>(withKey(variableStream({1}), 0x17, 0x01)), false, Rational<int64>(0, 1));
+    mux.addAnalyzer(analyzer<MemoryData>(withKey(variableStream({1}), 0x17, 0x03)), false, Rational<int64>(0, 1), 127);
+    Templates::auto_ptr<GC::Source> source = mux.commit();
+    std::vector<KlvRecord> const records = readKlv(drainSource(*source).bytes);
+    ASSERT_EQ(4u, records.size());
+    unsigned char const expected[] = {2, 3, 1, 127};
+    for (std::size_t i = 0; i < 4; ++i)
+    {
+        EXPECT_EQ(4, records[i].key[13]) << i;
+        EXPECT_EQ(expected[i], records[i].key[15]) << i;
+    }
+}
+
+// Streams at other rates than the package, streams that end early, and streams that end first
+// while all essence is multiplexed: the value length of the second element in each package.
+TEST(Mux, StreamsAtOtherRatesAndStreamsThatEnd)
+{
+    struct Case
+    {
+        char const * name;
+        Rational<int> rate;
+        std::vector<unsigned int> sizes;
+        bool claimsMore;
+        bool allEssence;
+        // -1 where the package has no second element.
+        std::vector<int> secondElement;
+    };
+    Case const cases[] = {
+        {"twice the rate", Rational<int>(50, 1), {10, 11, 12, 13, 14, 15, 16, 17, 18, 19}, false, false, {21, 25, 29, 33, 37}},
+        {"half the rate", Rational<int>(25, 2), {10, 11, 12}, false, false, {10, -1, 11, -1, 12}},
+        {"ends early", Rational<int>(25, 1), {10, 11, 12}, true, false, {10, 11, 12}},
+        {"ends first, all essence", Rational<int>(25, 1), {10, 11, 12}, false, true, {10, 11, 12, 0, 0}},
+    };
+    for (Case const & c : cases)
+    {
+        SCOPED_TRACE(c.name);
+        MemoryStream sound = withKey(variableStream(c.sizes), 0x16, 0x01);
+        sound.editRate = c.rate;
+        sound.claimsMore = c.claimsMore;
+        GC::Multiplexer::Mux mux(newHeaderMetadata(), testContainerLabel(), Rational<int>(25, 1));
+        mux.multiplexAllEssence(c.allEssence);
+        mux.addAnalyzer(analyzer<MemoryPicture>(withKey(constantStream(5, 100), 0x15, 0x05)), false,
+                        Rational<int64>(0, 1));
+        mux.addAnalyzer(analyzer<MemorySound>(sound), false, Rational<int64>(0, 1));
+        Templates::auto_ptr<GC::Source> source = mux.commit();
+        std::vector<KlvRecord> const records = readKlv(drainSource(*source, [&] { source->finalize(); }).bytes);
+        std::vector<int> second;
+        for (std::size_t i = 0; i < records.size(); ++i)
+        {
+            if (records[i].key[12] != 0x15)
+                continue;
+            bool const present = i + 1 < records.size() && records[i + 1].key[12] == 0x16;
+            second.push_back(present ? int(records[i + 1].value.size()) : -1);
+        }
+        EXPECT_EQ(c.secondElement, second);
+        if (!c.claimsMore)
+            continue;
+        // Every track ends with the last whole package.
+        Templates::list<S::TimelineTrack *> tracks;
+        S::getAllEssenceTracks(source->sourcePackage(), tracks);
+        ASSERT_EQ(2u, tracks.size());
+        for (S::TimelineTrack * track : tracks)
+            EXPECT_EQ(int64(c.secondElement.size()), track->sequence()->duration()->value());
+    }
+}
 } // namespace
 } // namespace VellumTest
