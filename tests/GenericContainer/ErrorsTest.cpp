@@ -1,7 +1,11 @@
 // Wrong use of multiplexers, wrappers, workers and index generators: the exceptions and their
 // texts.
 
+#include <fstream>
 #include <functional>
+#include <regex>
+#include <set>
+#include <sstream>
 
 #include <gtest/gtest.h>
 
@@ -11,6 +15,7 @@
 #include "GenericContainer/Multiplexer/Mux.h"
 #include "GenericContainer/RP224UniversalLabels.h"
 #include "Support/ContainerDrain.h"
+#include "Support/Fixtures.h"
 #include "Support/MemoryAnalyzer.h"
 #include "Utils/Text.h"
 
@@ -254,6 +259,43 @@ TEST(RP224UniversalLabels, EssenceContainerInfoByFamily)
                       std::string(Utils::narrow(e.message()).c_str()));
         }
     }
+}
+
+// Every essence container label of the register: the families above have their kind, the others
+// none, and only the wrappings that the families don't know are refused (AES/BWF 0A and 0B,
+// JPEG 2000 3 to 6).
+TEST(RP224UniversalLabels, EveryEssenceContainerLabelOfTheRegister)
+{
+    std::ifstream file(sharedDir() + "/registers/Labels.xml");
+    if (!file)
+        GTEST_SKIP() << "the label register is missing";
+    std::stringstream text;
+    text << file.rdbuf();
+    std::string const xml = text.str();
+    std::regex const leaf("<UL>urn:smpte:ul:([0-9a-f]{8})\\.([0-9a-f]{8})\\.(0d010301)\\.(02[0-9a-f]{6})</UL>\\s*<Kind>LEAF");
+    std::set<std::string> const known = {"01", "02", "04", "05", "06", "08", "09", "0a", "0c", "0f", "10"};
+    std::set<std::string> refused;
+    unsigned int labels = 0;
+    for (std::sregex_iterator it(xml.begin(), xml.end(), leaf), end; it != end; ++it, ++labels)
+    {
+        std::string const hex = (*it)[1].str() + (*it)[2].str() + (*it)[3].str() + (*it)[4].str();
+        unsigned char bytes[16];
+        for (unsigned i = 0; i < 16; ++i)
+            bytes[i] = static_cast<unsigned char>(std::stoi(hex.substr(2 * i, 2), nullptr, 16));
+        std::string const family = hex.substr(26, 2);
+        try
+        {
+            GC::RP224UniversalLabels::EssenceContainerInfo const info =
+                GC::RP224UniversalLabels::essenceContainerInfo(Types::UniversalLabel(bytes));
+            EXPECT_EQ(known.count(family) != 0, info.kind != 0) << hex;
+        }
+        catch (Exceptions::InvalidValue const &)
+        {
+            refused.insert(hex.substr(26, 4));
+        }
+    }
+    EXPECT_LT(2000u, labels);
+    EXPECT_EQ((std::set<std::string>{"060a", "060b", "0c03", "0c04", "0c05", "0c06"}), refused);
 }
 } // namespace
 } // namespace VellumTest

@@ -60,6 +60,7 @@ TEST(Mux, PackagesHoldElementsInItemOrderWithTheirKeysAndTheFramesBytes)
     MemoryStream const data = withKey(variableStream({5, 1, 7}), 0x17, 0x03);
     SharedPtr<Metadata::PartitionMetadata> metadata = newHeaderMetadata();
     GC::Multiplexer::Mux mux(metadata, testContainerLabel(), Rational<int>(25, 1));
+    mux.defaultStartTimecode(false, 10, 0, 0, 0);
     mux.addAnalyzer(analyzer<MemorySound>(sound1), false, Rational<int64>(0, 1));
     mux.addAnalyzer(analyzer<MemoryPicture>(picture), false, Rational<int64>(0, 1));
     mux.addAnalyzer(analyzer<MemorySound>(sound2), false, Rational<int64>(0, 1));
@@ -99,6 +100,11 @@ TEST(Mux, PackagesHoldElementsInItemOrderWithTheirKeysAndTheFramesBytes)
         S::metadataSetAs<S::MultipleDescriptor>(source->sourcePackage().descriptor());
     ASSERT_NE(nullptr, multiple);
     EXPECT_EQ(4u, multiple->subDescriptorUIDsCount());
+    // The timecode track starts at the default time code and ends with the essence.
+    S::TimelineTrack const * timecode = S::getTimecodeTrack(source->sourcePackage());
+    ASSERT_NE(nullptr, timecode);
+    EXPECT_EQ(3, timecode->sequence()->duration()->value());
+    EXPECT_EQ(int64(10 * 3600 * 25), S::startTimecode(source->sourcePackage()).toFrameCounter());
 }
 
 // Sound of 48 kHz in packages of a frame: each package takes exactly one unit of the cadence.
