@@ -1,9 +1,9 @@
 // Wrong use of multiplexers, wrappers, workers and index generators: the exceptions and their
 // texts.
 
+#include <algorithm>
 #include <fstream>
 #include <functional>
-#include <regex>
 #include <set>
 #include <sstream>
 
@@ -272,13 +272,18 @@ TEST(RP224UniversalLabels, EveryEssenceContainerLabelOfTheRegister)
     std::stringstream text;
     text << file.rdbuf();
     std::string const xml = text.str();
-    std::regex const leaf("<UL>urn:smpte:ul:([0-9a-f]{8})\\.([0-9a-f]{8})\\.(0d010301)\\.(02[0-9a-f]{6})</UL>\\s*<Kind>LEAF");
     std::set<std::string> const known = {"01", "02", "04", "05", "06", "08", "09", "0a", "0c", "0f", "10"};
     std::set<std::string> refused;
     unsigned int labels = 0;
-    for (std::sregex_iterator it(xml.begin(), xml.end(), leaf), end; it != end; ++it, ++labels)
+    std::string const open = "<UL>urn:smpte:ul:";
+    for (std::size_t at = xml.find(open); at != std::string::npos; at = xml.find(open, at + 1))
     {
-        std::string const hex = (*it)[1].str() + (*it)[2].str() + (*it)[3].str() + (*it)[4].str();
+        std::string hex = xml.substr(at + open.size(), 35);
+        hex.erase(std::remove(hex.begin(), hex.end(), '.'), hex.end());
+        std::size_t const kind = xml.find("<Kind>", at);
+        if (hex.compare(16, 10, "0d01030102") != 0 || xml.compare(kind, 10, "<Kind>LEAF") != 0)
+            continue;
+        ++labels;
         unsigned char bytes[16];
         for (unsigned i = 0; i < 16; ++i)
             bytes[i] = static_cast<unsigned char>(std::stoi(hex.substr(2 * i, 2), nullptr, 16));
