@@ -37,6 +37,14 @@ uint64 const MINIMUM_ZERO_BLOCK = 65536;
 
 Rational<int64> wide(Rational<int> const & r) { return Rational<int64>(r.numerator(), r.denominator()); }
 
+// a < b by cross products at twice the width: exact for values in lowest terms with positive
+// denominators, and cheaper than the general comparison on the path of every edit unit.
+bool less(Rational<int64> const & a, Rational<int64> const & b)
+{
+    __extension__ typedef __int128 Wide;
+    return Wide(a.numerator()) * b.denominator() < Wide(b.numerator()) * a.denominator();
+}
+
 Templates::auto_ptr<DataIO::Slice> newSlice(uint64 size, DataIO::BlockHolder & holder)
 {
     holder = DataIO::Memory::MemoryBlockFactory::instance().create(size);
@@ -182,7 +190,8 @@ void BaseWorkerImpl::doNextContentPackage(DataIO::Chain & chain, Rational<int64>
     {
         Rational<int64> elementDuration(0, 1);
         processAnalyzer(entry, package, elementDuration);
-        packageDuration = std::max(packageDuration, elementDuration);
+        if (less(packageDuration, elementDuration))
+            packageDuration = elementDuration;
     }
     if (streamEnded_)
     {
@@ -283,7 +292,7 @@ void BaseWorkerImpl::readItemFromAnalyzer(AnalyzerEntry & entry, EditUnit & unit
         current += entry.temporalOffset;
     unit.valid = false;
     bool first = true;
-    while (current < target)
+    while (less(current, target))
     {
         EditUnit fresh;
         fetchNextEditUnitFromAnalyzer(entry, fresh, current);
@@ -305,7 +314,7 @@ void BaseWorkerImpl::readItemFromAnalyzer(AnalyzerEntry & entry, EditUnit & unit
             unit.timeCode = fresh.timeCode;
         first = false;
         // A unit that claims no time would hold the loop for ever.
-        if (!(step > Rational<int64>(0, 1)))
+        if (step.numerator() <= 0)
             return;
     }
 }
@@ -316,7 +325,7 @@ void BaseWorkerImpl::fetchNextEditUnitFromAnalyzer(AnalyzerEntry & entry, EditUn
     Rational<int64> const lead = wide(preCharge_ - entry.analyzer->getPreChargeDuration());
     Rational<int> const packageStep = Rational<int>(1) / data_.packageRate;
     NullEssenceProvider * provider = dynamic_cast<NullEssenceProvider *>(entry.analyzer.get());
-    if (current < lead && lead != Rational<int64>(0, 1))
+    if (lead.numerator() != 0 && less(current, lead))
     {
         Rational<int> const leadNarrow(static_cast<int>(lead.numerator()), static_cast<int>(lead.denominator()));
         unit.duration = std::min(leadNarrow, packageStep);
