@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "DataIO/Slice.h"
 #include "GenericContainer/ClipWrapper/Wrapper.h"
 #include "Support/ContainerDrain.h"
 #include "Support/MemoryAnalyzer.h"
@@ -78,6 +79,27 @@ TEST(ClipWrapper, KnownClipSizeNeedsNoUpdater)
     std::vector<KlvRecord> const clips = readKlv(drained.bytes);
     ASSERT_EQ(1u, clips.size());
     EXPECT_EQ(concatenated(picture), clips[0].value);
+}
+
+// Buffer mode: whatever the buffer holds is the clip, under a data element key of number 0, and
+// its length is the bytes taken from the buffer.
+TEST(ClipWrapper, BufferModeWrapsTheBufferedBytes)
+{
+    SharedPtr<DataIO::BufferSliceSource> buffer(new DataIO::BufferSliceSource);
+    MemoryStream const chunks = clipStream(0x15, {100, 3000, 7});
+    for (DataIO::BlockHolder const & chunk : chunks.frames)
+        buffer->write(Templates::auto_ptr<DataIO::Slice>(new DataIO::Slice(chunk.block(), 0, chunk->size())));
+    buffer->close();
+    GC::ClipWrapper::Wrapper wrapper(newHeaderMetadata(), testContainerLabel(), Rational<int>(25, 1), buffer, 0);
+    wrapper.addAnalyzer(SharedPtr<GC::EssenceAnalyzer>(new MemoryPicture(clipStream(0x15, {}))));
+    Templates::auto_ptr<GC::Source> source = wrapper.commit();
+    DrainedSource const drained = drainSource(*source, [&] { source->finalize(); });
+    EXPECT_EQ(1u, drained.patched);
+    std::vector<KlvRecord> const clips = readKlv(drained.bytes);
+    ASSERT_EQ(1u, clips.size());
+    EXPECT_EQ(KLV::Key(Utils::wide("06.0e.2b.34.01.02.01.01.0d.01.03.01.17.01.01.00").c_str(), Types::Dotted),
+              clips[0].key);
+    EXPECT_EQ(concatenated(chunks), clips[0].value);
 }
 } // namespace
 } // namespace VellumTest
