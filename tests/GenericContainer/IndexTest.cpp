@@ -28,10 +28,14 @@ struct Indexed
     Segments segments;
 };
 
-// Multiplexes the streams (pictures first), with segments of `type` written at the end.
-Indexed indexContainer(std::vector<MemoryStream> const & streams, MXFIO::IndexTableSegmentType type)
+// Multiplexes the streams (pictures first), with segments of `type` written at the end; edit
+// units padded to `paddedSize` when it isn't 0.
+Indexed indexContainer(std::vector<MemoryStream> const & streams, MXFIO::IndexTableSegmentType type,
+                       unsigned int paddedSize = 0)
 {
     GC::Multiplexer::Mux mux(newHeaderMetadata(), testContainerLabel(), Rational<int>(25, 1));
+    if (paddedSize != 0)
+        mux.paddToEditUnit(paddedSize);
     for (MemoryStream const & s : streams)
         mux.addAnalyzer(SharedPtr<GC::EssenceAnalyzer>(s.itemType == 0x15 ? static_cast<GC::EssenceAnalyzer *>(new MemoryPicture(s))
                                                                            : new MemorySound(s)),
@@ -77,25 +81,38 @@ TEST(IndexGeneration, SegmentFormFollowsTheLayout)
         std::vector<std::vector<unsigned int>> deltas;
         unsigned int editUnitByteCount;
         unsigned int indexEntries;
+        unsigned int paddedSize;
     };
     Case const cases[] = {
-        {"one constant", {stream(0x15, {1000, 1000, 1000}, true)}, {}, 1020, 0},
+        {"one constant", {stream(0x15, {1000, 1000, 1000}, true)}, {}, 1020, 0, 0},
         {"two constant",
          {stream(0x15, {1000, 1000, 1000}, true), stream(0x16, {7680, 7680, 7680}, true)},
          {{0, 0, 0}, {0, 0, 1020}},
          8720,
+         0,
          0},
+        {"two constant, padded edit units",
+         {stream(0x15, {1000, 1000, 1000}, true), stream(0x16, {7680, 7680, 7680}, true)},
+         {{0, 0, 0}, {0, 0, 1020}},
+         10000,
+         0,
+         10000},
         {"variable picture", {stream(0x15, {900, 1000, 1100}, false), stream(0x16, {7680, 7680, 7680}, true)},
          {{0, 0, 0}, {0, 1, 0}},
          0,
-         3},
+         3,
+         0},
     };
     for (Case const & c : cases)
     {
         SCOPED_TRACE(c.name);
-        Indexed const indexed = indexContainer(c.streams, MXFIO::IndexSegmentChoose);
+        Indexed const indexed = indexContainer(c.streams, MXFIO::IndexSegmentChoose, c.paddedSize);
         ASSERT_EQ(1u, indexed.segments.size());
         IndexTables::IndexTableSegment const & segment = *indexed.segments[0];
+        if (c.paddedSize != 0)
+        {
+            EXPECT_EQ(3u * c.paddedSize, indexed.drained.bytes.size());
+        }
         ASSERT_EQ(c.deltas.size(), segment.deltaEntryCount());
         for (unsigned int i = 0; i < c.deltas.size(); ++i)
         {
