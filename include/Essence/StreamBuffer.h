@@ -19,12 +19,12 @@ public:
     VELLUM_CLASS_ALLOCATION
     enum
     {
-        DEFAULT_BLOCK_SIZE = 4 << 20
+        DEFAULT_BLOCK_SIZE = 1 << 20
     };
 
-    // Reads the slice source, asking for `blockSize` bytes at a time (0: 4 MiB).
+    // Reads the slice source, asking for `blockSize` bytes at a time (0: 1 MiB).
     explicit StreamBuffer(Templates::SharedPtr<DataIO::SliceSource> source, uint64 blockSize = 0);
-    // Reads the byte source into blocks of `blockSize` bytes (0: 4 MiB).
+    // Reads the byte source into blocks of `blockSize` bytes (0: 1 MiB).
     explicit StreamBuffer(Templates::SharedPtr<DataIO::DataSource> source, uint64 blockSize = 0);
     ~StreamBuffer();
 
@@ -61,6 +61,8 @@ private:
 
     Templates::SharedPtr<DataIO::SliceSource> slices_;
     Templates::SharedPtr<DataIO::DataSource> bytes_;
+    // The blocks that the byte source is read into.
+    Templates::SharedPtr<DataIO::BlockFactory> pool_;
     uint64 blockSize_;
     // The blocks held, in order, and the stream position of each one's first byte.
     Templates::vector<Templates::auto_ptr<DataIO::Slice>> blocks_;

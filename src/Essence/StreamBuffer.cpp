@@ -2,7 +2,7 @@
 
 #include <cstring>
 
-#include "DataIO/Memory/MemoryBlock.h"
+#include "Essence/BlockPool.h"
 #include "Exceptions/Exceptions.h"
 
 namespace Vellum
@@ -25,6 +25,7 @@ StreamBuffer::StreamBuffer(Templates::SharedPtr<DataIO::SliceSource> source, uin
 StreamBuffer::StreamBuffer(Templates::SharedPtr<DataIO::DataSource> source, uint64 blockSize)
     : bytes_(source), blockSize_(blockSizeOr(blockSize)), begin_(0), end_(0), exhausted_(false)
 {
+    pool_ = Templates::SharedPtr<DataIO::BlockFactory>(new BlockPool(blockSize_));
 }
 
 StreamBuffer::~StreamBuffer() {}
@@ -46,7 +47,7 @@ bool StreamBuffer::readBlock()
     }
     else
     {
-        DataIO::BlockHolder block = DataIO::Memory::MemoryBlockFactory::instance().create(blockSize_);
+        DataIO::BlockHolder block = pool_->create(blockSize_);
         uint64 got = 0;
         while (got < blockSize_)
         {

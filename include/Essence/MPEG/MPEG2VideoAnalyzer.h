@@ -26,8 +26,9 @@ public:
         LOOKAHEAD = 32
     };
 
-    explicit MPEG2VideoAnalyzer(Templates::SharedPtr<DataIO::SliceSource> source);
-    explicit MPEG2VideoAnalyzer(Templates::SharedPtr<DataIO::DataSource> source);
+    // Reads the source in blocks of `blockSize` bytes (0: the StreamBuffer's default).
+    explicit MPEG2VideoAnalyzer(Templates::SharedPtr<DataIO::SliceSource> source, uint64 blockSize = 0);
+    explicit MPEG2VideoAnalyzer(Templates::SharedPtr<DataIO::DataSource> source, uint64 blockSize = 0);
     ~MPEG2VideoAnalyzer() override;
 
     // Reads the first frames; false for a stream without a frame. Throws InvalidFormat for a

@@ -88,7 +88,7 @@ struct MPEG2VideoAnalyzer::Impl
 {
     VELLUM_CLASS_ALLOCATION
     template <class Source>
-    explicit Impl(Templates::SharedPtr<Source> source) : buffer(source), parser(buffer), preloaded(false),
+    Impl(Templates::SharedPtr<Source> source, uint64 blockSize) : buffer(source, blockSize), parser(buffer), preloaded(false),
                                                           intraOnly(true), d10(false)
     {
     }
@@ -103,9 +103,15 @@ struct MPEG2VideoAnalyzer::Impl
     DataIO::BlockHolder stuffing;
 };
 
-MPEG2VideoAnalyzer::MPEG2VideoAnalyzer(Templates::SharedPtr<DataIO::SliceSource> source) : impl_(new Impl(source)) {}
+MPEG2VideoAnalyzer::MPEG2VideoAnalyzer(Templates::SharedPtr<DataIO::SliceSource> source, uint64 blockSize)
+    : impl_(new Impl(source, blockSize))
+{
+}
 
-MPEG2VideoAnalyzer::MPEG2VideoAnalyzer(Templates::SharedPtr<DataIO::DataSource> source) : impl_(new Impl(source)) {}
+MPEG2VideoAnalyzer::MPEG2VideoAnalyzer(Templates::SharedPtr<DataIO::DataSource> source, uint64 blockSize)
+    : impl_(new Impl(source, blockSize))
+{
+}
 
 MPEG2VideoAnalyzer::~MPEG2VideoAnalyzer() {}
 
