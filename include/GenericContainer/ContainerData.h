@@ -6,6 +6,7 @@
 #include "GenericContainer/EssenceAnalyzer.h"
 #include "GenericContainer/TimecodeInfo.h"
 #include "KLV/Key.h"
+#include "Metadata/PartitionMetadata.h"
 #include "Platform/MallocAlloc.h"
 #include "Platform/Types.h"
 #include "Templates/Containers.h"
@@ -17,7 +18,6 @@ namespace Vellum
 {
 namespace Metadata
 {
-class PartitionMetadata;
 namespace Structural
 {
 class SourcePackage;

@@ -4,6 +4,7 @@
 
 #include "GenericContainer/EditUnit.h"
 #include "GenericContainer/TimecodeInfo.h"
+#include "Metadata/PartitionMetadata.h"
 #include "Platform/MallocAlloc.h"
 #include "Platform/Types.h"
 #include "Templates/AutoPtr.h"
@@ -15,7 +16,6 @@ namespace Vellum
 {
 namespace Metadata
 {
-class PartitionMetadata;
 namespace Structural
 {
 class SourcePackage;
