@@ -10,10 +10,13 @@
 #include "Essence/JPEG2000/JPEG2000Analyzer.h"
 #include "Essence/MPEG/MPEG2VideoAnalyzer.h"
 #include "Essence/VC3/VC3Analyzer.h"
+#include "GenericContainer/Multiplexer/Mux.h"
 #include "Metadata/Structural/HeaderBuilding.h"
+#include "Support/ContainerDrain.h"
 #include "Support/EssenceProbe.h"
 #include "Support/Fixtures.h"
 #include "Support/Md5.h"
+#include "Support/MemoryAnalyzer.h"
 
 using namespace Vellum;
 using Templates::Rational;
@@ -283,3 +286,39 @@ TEST(EssenceAnalyzers, MPEG2DescriptorAndTrack)
     EXPECT_EQ(int64(count), track->sequence()->duration()->value());
 }
 } // namespace
+
+// MPEG-2 pictures and PCM sound through the frame multiplexer: each content package holds one
+// picture with the bytes ffmpeg gives for it and the sound of one picture's time.
+TEST(EssenceAnalyzers, MultiplexedPicturesAndSound)
+{
+    std::string video = VellumTest::ffmpegFixture("mpeg2-gop12.m2v"), sound = VellumTest::ffmpegFixture("pcm16.wav");
+    if (video.empty() || sound.empty())
+        GTEST_SKIP() << "ffmpeg is not installed";
+    GenericContainer::Multiplexer::Mux mux(VellumTest::newHeaderMetadata(), VellumTest::testContainerLabel(),
+                                           Rational<int>(25, 1));
+    mux.addAnalyzer(SharedPtr<GenericContainer::EssenceAnalyzer>(new Essence::MPEG::MPEG2VideoAnalyzer(sliceSource(video))),
+                    false, Rational<int64>(0, 1));
+    mux.addAnalyzer(SharedPtr<GenericContainer::EssenceAnalyzer>(
+                        new Essence::Analyzers::PCMAnalyzer(sliceSource(sound), Rational<int>(1, 1))),
+                    false, Rational<int64>(0, 1));
+    Templates::auto_ptr<GenericContainer::Source> source = mux.commit();
+    VellumTest::DrainedSource drained = VellumTest::drainSource(*source, [&] { source->finalize(); });
+    std::vector<VellumTest::PacketDigest> packets = VellumTest::ffmpegPacketDigests(video);
+    std::size_t pictures = 0, sounds = 0;
+    for (VellumTest::KlvRecord const & r : VellumTest::withoutFill(VellumTest::readKlv(drained.bytes)))
+    {
+        unsigned char item = r.key.rawBuffer()[12];
+        if (item == 0x15)
+        {
+            ASSERT_LT(pictures, packets.size());
+            EXPECT_EQ(packets[pictures++].md5, VellumTest::md5Hex(r.value.data(), r.value.size()));
+        }
+        else if (item == 0x16)
+        {
+            EXPECT_EQ(1920u * 4, r.value.size());
+            ++sounds;
+        }
+    }
+    EXPECT_EQ(25u, sounds);
+    EXPECT_GE(pictures, sounds);
+}

@@ -92,9 +92,10 @@ Metadata::Structural::FileDescriptor * VC3Analyzer::makeDescriptor(Metadata::Par
     THROW_UNLESS(InvalidMetadataSet, d != nullptr, "The dictionary has no CDCI descriptor");
     VC3Header const & h = header();
     bool interlaced = h.info->interlaced;
-    // An interlaced header counts the lines of one field.
-    Analyzers::PictureLayout layout = {h.width, h.height, (unsigned char)(interlaced ? 1 : 0),
-                                       Rational<int>(16, 9)};
+    // An interlaced header counts the lines of one field. The fixed-size IDs are all 16:9 pictures;
+    // the resolution-independent ones have square samples.
+    Rational<int> aspect = h.info->frameSize != 0 ? Rational<int>(16, 9) : Rational<int>(int(h.width), int(h.height));
+    Analyzers::PictureLayout layout = {h.width, h.height, (unsigned char)(interlaced ? 1 : 0), aspect};
     Analyzers::describePicture(*d, layout, pictureEssenceCoding());
     Analyzers::describeComponents(*d, h.info->bitDepth, h.info->chroma444 ? 1 : 2, 1);
     return d;
