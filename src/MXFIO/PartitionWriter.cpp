@@ -129,7 +129,7 @@ Templates::SharedPtr<PartitionPack> CommonPartitionWriter::doWritePartition(Part
                                                                             DataIO::DataSink & sink,
                                                                             uint64 & packSize)
 {
-    if (request.status != PartitionPack::GenericStream && !request.writeMetadata)
+    if (request.status != PartitionPack::GenericStream && (!request.writeMetadata || request.metadata == nullptr))
     {
         // A partition without metadata never claims to be open.
         request.status = PartitionPack::ClosedComplete;

@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -158,6 +159,11 @@ inline void readBack(Written const & written, std::vector<TestSourceOptions> con
     EXPECT_EQ(backward, partitions);
     ASSERT_TRUE(reader.loadRIP());
     EXPECT_EQ(reader.rip()->size(), partitions);
+    std::map<uint64, unsigned> packSIDs;
+    for (auto const & found : packs(written.bytes, written.runIn))
+        packSIDs[found.first - written.runIn] = found.second.bodySID();
+    for (auto const & entry : reader.rip()->offsetIndexedMap())
+        EXPECT_EQ(entry.second, packSIDs[entry.first]) << "RIP entry at " << entry.first;
 
     MXFIO::Partition * final = reader.firstPartitionWithFinalMetadata();
     ASSERT_NE(final, nullptr);
