@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "DataIO/Memory/MemoryDataSource.h"
+#include "GenericContainer/ClipWrapper/Wrapper.h"
 #include "GenericContainer/Multiplexer/Mux.h"
 #include "KLV/Value.h"
 #include "Metadata/Structural/ContentStorage.h"
@@ -12,6 +13,7 @@
 #include "MXFIO/Creator.h"
 #include "MXFIO/EssenceReader.h"
 #include "MXFIO/Reader2.h"
+#include "Support/ContainerDrain.h"
 #include "Support/MemoryAnalyzer.h"
 #include "Support/TestContainerSource.h"
 
@@ -67,6 +69,40 @@ TEST(MuxRoundTrip, TheFramesComeBackThroughTheIndex)
                                                                        stream.second->frames[i]->data() +
                                                                            stream.second->frames[i]->size()))
                 << i;
+    }
+}
+
+// Two clips of unknown length: the creator's second pass gives each packet its length.
+TEST(ClipWrapperRoundTrip, FinishWorkPatchesEachClipsLength)
+{
+    VellumTest::MemoryStream picture, sound;
+    picture.frames = VellumTest::makeFrames({1000, 1200, 900});
+    sound.itemType = 0x16;
+    sound.frames = VellumTest::makeFrames({7680, 7680});
+    Templates::SharedPtr<Metadata::PartitionMetadata> metadata = VellumTest::newHeaderMetadata();
+    GenericContainer::ClipWrapper::Wrapper wrapper(metadata, VellumTest::testContainerLabel(), Rational<int>(25, 1),
+                                                   Templates::SharedPtr<DataIO::BufferSliceSource>(), 0);
+    wrapper.addAnalyzer(Templates::SharedPtr<GenericContainer::EssenceAnalyzer>(new VellumTest::MemoryPicture(picture)));
+    wrapper.addAnalyzer(Templates::SharedPtr<GenericContainer::EssenceAnalyzer>(new VellumTest::MemorySound(sound)));
+    VellumTest::TestMemorySink sink;
+    MXFIO::Creator creator(metadata, sink, 0, 0);
+    creator.addEssenceContainer(wrapper.commit(), MXFIO::IndexTableGenerationNone, MXFIO::IndexTableGenerationNone,
+                                false, MXFIO::IndexSegmentChoose);
+    while (creator.writeUnit(false) != MXFIO::PullCreator::Finished)
+        ;
+    creator.finishWork(sink);
+
+    std::vector<std::vector<unsigned char>> clips;
+    for (VellumTest::KlvRecord const & record : VellumTest::withoutFill(VellumTest::readKlv(sink.bytes)))
+        if (record.key.rawBuffer()[12] == 0x15 || record.key.rawBuffer()[12] == 0x16)
+            clips.push_back(record.value);
+    ASSERT_EQ(clips.size(), 2u);
+    for (auto const & clip : {std::make_pair(&picture, &clips[0]), std::make_pair(&sound, &clips[1])})
+    {
+        std::vector<unsigned char> expected;
+        for (DataIO::BlockHolder const & frame : clip.first->frames)
+            expected.insert(expected.end(), frame->data(), frame->data() + frame->size());
+        EXPECT_EQ(*clip.second, expected);
     }
 }
 } // namespace
