@@ -126,7 +126,7 @@ TEST(CreatorTest, ClipLengthIsPatchedByFinishWork)
 {
     TestSourceOptions clip = units(10, 500);
     clip.clip = true;
-    CreatorRun run(0, clip);
+    CreatorRun run(1000, clip);
     run.toEnd();
     auto essenceLength = [&run]() -> uint64 {
         for (Item const & item : walk(run.sink.bytes, 0))
@@ -137,11 +137,13 @@ TEST(CreatorTest, ClipLengthIsPatchedByFinishWork)
     EXPECT_EQ(essenceLength(), 0u) << "the placeholder";
     run.creator.finishWork(run.sink);
     EXPECT_EQ(essenceLength(), 5000u);
-    run.creator.updatePartition(0, true);
     Written written;
-    written.bytes = run.sink.bytes;
     for (auto const & pack : run.creator.partitionPacks())
+    {
+        EXPECT_TRUE(run.creator.updatePartition(pack.first, Packs::PartitionPack::ClosedComplete));
         written.packOffsets.push_back(pack.first);
+    }
+    written.bytes = run.sink.bytes;
     readBack(written, {clip});
 }
 

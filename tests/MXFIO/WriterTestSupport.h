@@ -161,7 +161,10 @@ inline void readBack(Written const & written, std::vector<TestSourceOptions> con
     EXPECT_EQ(reader.rip()->size(), partitions);
     std::map<uint64, unsigned> packSIDs;
     for (auto const & found : packs(written.bytes, written.runIn))
+    {
         packSIDs[found.first - written.runIn] = found.second.bodySID();
+        EXPECT_EQ(found.second.footerPartition(), written.packOffsets.back()) << "the second pass points at the footer";
+    }
     for (auto const & entry : reader.rip()->offsetIndexedMap())
         EXPECT_EQ(entry.second, packSIDs[entry.first]) << "RIP entry at " << entry.first;
 
