@@ -99,6 +99,15 @@ struct Resolution
     AttributePtr attribute;
 };
 
+// The invalid list's room for one more element, so that the append after it cannot throw. The
+// capacity grows geometrically: a room of exactly one more would copy the list at every append.
+template <class List>
+void reserveOneMore(List & list)
+{
+    if (list.size() == list.capacity())
+        list.reserve(list.capacity() < 8 ? 8 : list.capacity() * 2);
+}
+
 // Sorts a value into the element class that can hold it on the invalid list.
 class ValueKindVisitor : public Types::Visitors::DelegateToBaseVisitor
 {
@@ -513,7 +522,7 @@ struct MetadataSet::Impl
 
         if (itemValue.get() == nullptr)
             return;
-        invalid.reserve(invalid.size() + 1);
+        reserveOneMore(invalid);
         Element * element = makeInvalidElement(std::move(itemValue), resolution.attribute, resolution.element, *self);
         if (element != nullptr)
             invalid.push_back(element);
@@ -558,7 +567,9 @@ MetadataSet::MetadataSet(KLV::Key const & key, MetaMetadata::MetaMetadataSet con
             if (element == nullptr)
                 continue;
             Templates::auto_ptr<Element> guard(element);
-            impl_->elements.insert(Elements::value_type(it->second->metaElement().universalLabel(), element));
+            // The attributes come in label order: each element goes in at the end.
+            impl_->elements.insert(impl_->elements.end(),
+                                   Elements::value_type(it->second->metaElement().universalLabel(), element));
             guard.release();
         }
     }
@@ -736,7 +747,7 @@ unsigned int MetadataSet::invalidSize() const
 
 Element * MetadataSet::createInvalidElement(Templates::SharedPtr<MetaMetadata::AbstractMetaAttribute const> attribute)
 {
-    impl_->invalid.reserve(impl_->invalid.size() + 1);
+    reserveOneMore(impl_->invalid);
     Element * element = ElementFactory::create(attribute, *this);
     if (element != nullptr)
         impl_->invalid.push_back(element);
@@ -903,7 +914,7 @@ MetadataSet * MetadataSet::Impl::cloneSet(bool deep, MetadataSetOwner * cloneOwn
         else
         {
             // The clone's description lacks the label: the value is kept as an invalid element.
-            clone->impl_->invalid.reserve(clone->impl_->invalid.size() + 1);
+            reserveOneMore(clone->impl_->invalid);
             clone->impl_->invalid.push_back(copy);
         }
     }
@@ -912,7 +923,7 @@ MetadataSet * MetadataSet::Impl::cloneSet(bool deep, MetadataSetOwner * cloneOwn
         Element * copy = cloneElement(*invalid[i], *clone, deep, cloneOwner, path);
         if (copy == nullptr)
             continue;
-        clone->impl_->invalid.reserve(clone->impl_->invalid.size() + 1);
+        reserveOneMore(clone->impl_->invalid);
         clone->impl_->invalid.push_back(copy);
     }
 

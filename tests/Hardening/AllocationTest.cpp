@@ -11,6 +11,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <ctime>
 #include <fstream>
 #include <functional>
 #include <string>
@@ -27,6 +28,7 @@
 #include "MXFIO/SequentialReader.h"
 #include "MetaMetadata/StandardDictionary.h"
 #include "Metadata/PartitionDictionary.h"
+#include "Metadata/MetadataSet.h"
 #include "Metadata/PartitionMetadata.h"
 #include "Packs/PartitionPack.h"
 #include "Packs/PrimerPack.h"
@@ -445,4 +447,40 @@ TEST(HardeningAllocation, TheMeterSeesWhatIsAllocated)
         EXPECT_EQ(block[block.size() - 1], 1);
     });
     EXPECT_GE(peak, 32ll << 20);
+}
+
+TEST(HardeningAllocation, ThousandsOfUnknownItemsLoadInLinearTime)
+{
+    // A metadata region of 256 KiB: two Prefaces of 32768 empty items each, under dynamic tags
+    // that the empty Primer does not name. Every item is kept on its set's invalid list.
+    static unsigned char const prefaceKey[16] = {0x06, 0x0e, 0x2b, 0x34, 0x02, 0x53, 0x01, 0x01,
+                                                 0x0d, 0x01, 0x01, 0x01, 0x01, 0x01, 0x2f, 0x00};
+    unsigned const sets = 2, items = 32768;
+    Bytes region;
+    for (unsigned s = 0; s < sets; ++s)
+    {
+        Bytes value;
+        for (unsigned i = 0; i < items; ++i)
+        {
+            append16(value, 0x8000 + i);
+            append16(value, 0);
+        }
+        Bytes set = packet(KLV::Key(prefaceKey), value.size(), value);
+        region.insert(region.end(), set.begin(), set.end());
+    }
+    ASSERT_GE(region.size(), std::size_t(256) << 10);
+
+    std::clock_t const start = std::clock();
+    Templates::auto_ptr<Metadata::PartitionDictionary> d(
+        new Metadata::PartitionDictionary(dictionary(), Templates::auto_ptr<Packs::PrimerPack>(new Packs::PrimerPack())));
+    Metadata::PartitionMetadata m(std::move(d));
+    DataIO::Memory::MemoryDataSource source(region.data(), region.size());
+    KLV::Reader reader(source);
+    uint64 skipped = 0;
+    for (unsigned s = 0; s < sets; ++s)
+    {
+        Templates::auto_ptr<KLV::Packet> p = reader.nextKLV(skipped, 0);
+        EXPECT_EQ(m.load(*p)->invalidSize(), items);
+    }
+    EXPECT_LT(double(std::clock() - start) / CLOCKS_PER_SEC, 2.0);
 }

@@ -18,14 +18,24 @@ class BaseMetadataIndexListener : public MetadataIndexListener
 {
 public:
     VELLUM_CLASS_ALLOCATION
-    typedef Templates::pair<Types::UniversalLabel, Types::SimpleDataType const *> IndexKey;
-
-    // Orders by label, then by the value's serialised size, then by its bytes.
-    struct IndexKeyLess
+    // A value with its size and first eight bytes (big-endian, zero-padded) kept beside it, so
+    // that most comparisons need not reach the value itself.
+    struct ValueKey
     {
-        bool operator()(IndexKey const & a, IndexKey const & b) const;
+        explicit ValueKey(Types::SimpleDataType const & value);
+        unsigned short size;
+        uint64 head;
+        Types::SimpleDataType const * value;
     };
-    typedef Templates::multimap<IndexKey, MetadataSet *, IndexKeyLess> Index;
+    // Orders values by their serialised size, then by their bytes.
+    struct ValueLess
+    {
+        bool operator()(ValueKey const & a, ValueKey const & b) const;
+    };
+    // For one label, the sets by value; equal values stay in the order they came in.
+    typedef Templates::multimap<ValueKey, MetadataSet *, ValueLess> ValueIndex;
+    // The value indexes by label: a value is compared with the values of its own label only.
+    typedef Templates::map<Types::UniversalLabel, ValueIndex> Index;
 
     BaseMetadataIndexListener();
     ~BaseMetadataIndexListener() override;

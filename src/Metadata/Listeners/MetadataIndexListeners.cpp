@@ -12,29 +12,40 @@ namespace Metadata
 {
 namespace Listeners
 {
-bool BaseMetadataIndexListener::IndexKeyLess::operator()(IndexKey const & a, IndexKey const & b) const
+BaseMetadataIndexListener::ValueKey::ValueKey(Types::SimpleDataType const & value)
+    : size(value.serializedSize()), head(0), value(&value)
 {
-    if (a.first < b.first)
-        return true;
-    if (b.first < a.first)
-        return false;
-    unsigned short const sizeA = a.second->serializedSize();
-    unsigned short const sizeB = b.second->serializedSize();
-    if (sizeA != sizeB)
-        return sizeA < sizeB;
-    return sizeA != 0 && std::memcmp(a.second->rawBuffer(), b.second->rawBuffer(), sizeA) < 0;
+    unsigned char const * bytes = size != 0 ? value.rawBuffer() : nullptr;
+    for (unsigned i = 0; i < 8; ++i)
+        head = (head << 8) | (i < size ? bytes[i] : 0);
+}
+
+bool BaseMetadataIndexListener::ValueLess::operator()(ValueKey const & a, ValueKey const & b) const
+{
+    if (a.size != b.size)
+        return a.size < b.size;
+    if (a.head != b.head)
+        return a.head < b.head;
+    return a.size > 8 && std::memcmp(a.value->rawBuffer() + 8, b.value->rawBuffer() + 8, a.size - 8) < 0;
 }
 
 struct BaseMetadataIndexListener::Impl
 {
     VELLUM_CLASS_ALLOCATION
     Index index;
+
+    // The values of the label, or null when none was ever indexed.
+    ValueIndex * values(Types::UniversalLabel const & label)
+    {
+        Index::iterator it = index.find(label);
+        return it == index.end() ? nullptr : &it->second;
+    }
 };
 
 namespace
 {
 typedef BaseMetadataIndexListener::Index Index;
-typedef BaseMetadataIndexListener::IndexKey IndexKey;
+typedef BaseMetadataIndexListener::ValueIndex ValueIndex;
 
 // Enters a simple value under its label; collections and their members stay out.
 class LoadToMetadataElementMapVisitor : public Types::Visitors::DelegateToBaseVisitor
@@ -47,7 +58,10 @@ public:
     using Types::Visitors::DelegateToBaseVisitor::visit;
     void visit(Types::SimpleDataType const & value) override
     {
-        index_.insert(Index::value_type(IndexKey(label_, &value), &set_));
+        Index::iterator values = index_.find(label_);
+        if (values == index_.end())
+            values = index_.insert(Index::value_type(label_, ValueIndex())).first;
+        values->second.insert(ValueIndex::value_type(BaseMetadataIndexListener::ValueKey(value), &set_));
     }
 
 private:
@@ -60,25 +74,24 @@ private:
 class RemoveFromMetadataElementMapVisitor : public Types::Visitors::DelegateToBaseVisitor
 {
 public:
-    RemoveFromMetadataElementMapVisitor(Index & index, Types::UniversalLabel const & label)
-        : index_(index), label_(label)
-    {
-    }
+    explicit RemoveFromMetadataElementMapVisitor(ValueIndex * values) : values_(values) {}
     using Types::Visitors::DelegateToBaseVisitor::visit;
     void visit(Types::SimpleDataType const & value) override
     {
-        std::pair<Index::iterator, Index::iterator> range = index_.equal_range(IndexKey(label_, &value));
-        for (Index::iterator it = range.first; it != range.second; ++it)
-            if (it->first.second == &value)
+        if (values_ == nullptr)
+            return;
+        std::pair<ValueIndex::iterator, ValueIndex::iterator> range =
+            values_->equal_range(BaseMetadataIndexListener::ValueKey(value));
+        for (ValueIndex::iterator it = range.first; it != range.second; ++it)
+            if (it->first.value == &value)
             {
-                index_.erase(it);
+                values_->erase(it);
                 return;
             }
     }
 
 private:
-    Index & index_;
-    Types::UniversalLabel const & label_;
+    ValueIndex * values_;
 };
 } // namespace
 
@@ -90,9 +103,11 @@ Templates::vector<MetadataSet *> BaseMetadataIndexListener::find(Types::Universa
                                                                  Types::SimpleDataType const & value)
 {
     Templates::vector<MetadataSet *> result;
-    std::pair<Index::const_iterator, Index::const_iterator> range =
-        impl_->index.equal_range(IndexKey(label, &value));
-    for (Index::const_iterator it = range.first; it != range.second; ++it)
+    ValueIndex const * values = impl_->values(label);
+    if (values == nullptr)
+        return result;
+    std::pair<ValueIndex::const_iterator, ValueIndex::const_iterator> range = values->equal_range(ValueKey(value));
+    for (ValueIndex::const_iterator it = range.first; it != range.second; ++it)
         result.push_back(it->second);
     return result;
 }
@@ -121,7 +136,7 @@ void BaseMetadataIndexListener::updatedElement(MetadataSet & set, MetaMetadata::
 {
     if (metaElement == nullptr || !isIndexed(metaElement->universalLabel()))
         return;
-    RemoveFromMetadataElementMapVisitor remove(impl_->index, metaElement->universalLabel());
+    RemoveFromMetadataElementMapVisitor remove(impl_->values(metaElement->universalLabel()));
     oldValue.accept(remove);
     LoadToMetadataElementMapVisitor load(impl_->index, metaElement->universalLabel(), set);
     newValue.accept(load);
@@ -138,11 +153,17 @@ void BaseMetadataIndexListener::removedElement(MetadataSet &, MetaMetadata::Meta
 {
     if (metaElement == nullptr || !isIndexed(metaElement->universalLabel()))
         return;
-    RemoveFromMetadataElementMapVisitor remove(impl_->index, metaElement->universalLabel());
+    RemoveFromMetadataElementMapVisitor remove(impl_->values(metaElement->universalLabel()));
     oldValue.accept(remove);
 }
 
-uint64 BaseMetadataIndexListener::indexSize() const { return impl_->index.size(); }
+uint64 BaseMetadataIndexListener::indexSize() const
+{
+    uint64 size = 0;
+    for (Index::const_iterator it = impl_->index.begin(); it != impl_->index.end(); ++it)
+        size += it->second.size();
+    return size;
+}
 
 struct DefaultMetadataIndexListener::Impl
 {

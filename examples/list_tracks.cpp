@@ -1,0 +1,102 @@
+// Lists the packages of an MXF file and their tracks: ID, kind, edit rate and duration.
+//
+//   list_tracks FILE
+
+#include <cstdio>
+
+#include "DataIO/File/FileDataSource.h"
+#include "Exceptions/Exceptions.h"
+#include "MXFIO/Partition.h"
+#include "MXFIO/Reader2.h"
+#include "MetaMetadata/StandardDictionary.h"
+#include "Metadata/PartitionMetadata.h"
+#include "Metadata/Structural/ContentStorage.h"
+#include "Metadata/Structural/GenericPackage.h"
+#include "Metadata/Structural/Initialize.h"
+#include "Metadata/Structural/MaterialPackage.h"
+#include "Metadata/Structural/Preface.h"
+#include "Metadata/Structural/PrefaceHelpers.h"
+#include "Metadata/Structural/Sequence.h"
+#include "Metadata/Structural/SourcePackage.h"
+#include "Metadata/Structural/StructuralVisitors.h"
+#include "Metadata/Structural/SubclassHelpers.h"
+#include "Metadata/Structural/TimelineTrack.h"
+#include "Utils/Text.h"
+
+using namespace Vellum;
+namespace S = Vellum::Metadata::Structural;
+
+namespace
+{
+// Data definitions are labels 06.0E.2B.34.04.01.01.01.01.03.02.02.xx: 01 picture, 02 sound, 03 data.
+char const * kindOf(Types::UniversalLabel const * dataDefinition)
+{
+    if (dataDefinition == nullptr)
+        return "none";
+    if (S::isTimecodeDataDefinition(*dataDefinition))
+        return "timecode";
+    unsigned char const * bytes = dataDefinition->rawBuffer();
+    if (bytes[11] == 0x02 && bytes[12] == 0x01)
+        return "picture";
+    if (bytes[11] == 0x02 && bytes[12] == 0x02)
+        return "sound";
+    if (bytes[11] == 0x02 && bytes[12] == 0x03)
+        return "data";
+    return "other";
+}
+
+void listTrack(S::Track * track)
+{
+    S::TimelineTrack * timeline = S::metadataSetAs<S::TimelineTrack>(static_cast<Metadata::MetadataSet *>(track));
+    S::Sequence * sequence = track->sequence();
+    std::printf("  track %u: %s", track->trackID() ? track->trackID()->value() : 0u,
+                kindOf(sequence ? sequence->dataDefinition() : nullptr));
+    if (timeline != nullptr && timeline->editRate() != nullptr)
+        std::printf(", edit rate %d/%d", timeline->editRate()->numerator(), timeline->editRate()->denominator());
+    if (sequence != nullptr && sequence->duration() != nullptr)
+        std::printf(", duration %lld", static_cast<long long>(sequence->duration()->value()));
+    std::printf("\n");
+}
+} // namespace
+
+int main(int argc, char ** argv)
+{
+    if (argc != 2)
+    {
+        std::fprintf(stderr, "usage: list_tracks FILE\n");
+        return 2;
+    }
+    try
+    {
+        // Sets come back as their typed classes (Preface, packages, tracks) once this has run.
+        S::initialize();
+        Templates::wstring path = Utils::wide(argv[1]);
+        DataIO::File::FileDataSource source(path.c_str(), 1 << 20);
+        MXFIO::Reader2 reader(source, MetaMetadata::createStandardDictionary(), 65536);
+        Templates::SharedPtr<Metadata::PartitionMetadata> metadata =
+            reader.firstPartitionWithFinalMetadata()->metadata();
+        S::ContentStorage * storage = S::findPreface(*metadata)->contentStorage();
+        for (unsigned i = 0; storage != nullptr && i < storage->packagesCount(); ++i)
+        {
+            S::GenericPackage * package = storage->package(i);
+            if (package == nullptr)
+                continue;
+            Metadata::MetadataSet * set = package;
+            char const * kind = S::metadataSetAs<S::MaterialPackage>(set) ? "material"
+                                : S::metadataSetAs<S::SourcePackage>(set) ? "source"
+                                                                          : "other";
+            std::printf("%s package \"%s\", %u tracks\n", kind,
+                        package->packageName() ? Utils::narrow(package->packageName()->value()).c_str() : "",
+                        package->tracksCount());
+            for (unsigned t = 0; t < package->tracksCount(); ++t)
+                if (S::Track * track = package->track(t))
+                    listTrack(track);
+        }
+    }
+    catch (Exceptions::BaseException const & e)
+    {
+        std::fprintf(stderr, "list_tracks: %s\n", e.whatUtf8().c_str());
+        return 1;
+    }
+    return 0;
+}
