@@ -21,6 +21,8 @@ Templates::Rational<int64> seconds2EditUnits(Templates::Rational<int64> const & 
 // The Generic Container essence element key of a track number:
 // 06.0e.2b.34.01.02.01.01.0d.01.03.01 followed by the four bytes of the number, high first.
 KLV::Key trackNumber2Key(unsigned int trackNumber);
+// The track number that an essence element key carries in its last four bytes.
+unsigned int key2TrackNumber(KLV::Key const & key);
 // Whether a data definition is that of picture, sound or data essence.
 bool isDataDefinitionEssence(Types::UniversalLabel const & dataDefinition);
 } // namespace MXFIO

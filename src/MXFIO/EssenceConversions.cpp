@@ -55,6 +55,11 @@ KLV::Key trackNumber2Key(unsigned int trackNumber)
     return KLV::Key(bytes);
 }
 
+unsigned int key2TrackNumber(KLV::Key const & key)
+{
+    return (unsigned(key[12]) << 24) | (unsigned(key[13]) << 16) | (unsigned(key[14]) << 8) | unsigned(key[15]);
+}
+
 bool isDataDefinitionEssence(Types::UniversalLabel const & dataDefinition)
 {
     return Metadata::Structural::isEssenceDataDefinition(dataDefinition);

@@ -28,6 +28,7 @@ TEST(EssenceConversions, RatesSecondsAndKeys)
     unsigned char const expected[16] = {0x06, 0x0e, 0x2b, 0x34, 0x01, 0x02, 0x01, 0x01,
                                         0x0d, 0x01, 0x03, 0x01, 0x15, 0x01, 0x05, 0x01};
     EXPECT_EQ(key, KLV::Key(expected));
+    EXPECT_EQ(0xff010580u, MXFIO::key2TrackNumber(MXFIO::trackNumber2Key(0xff010580)));
 
     EXPECT_TRUE(MXFIO::isDataDefinitionEssence(Metadata::Structural::DataDefinitionULs::picture()));
     EXPECT_TRUE(MXFIO::isDataDefinitionEssence(Metadata::Structural::DataDefinitionULs::audio()));

@@ -5,14 +5,14 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cctype>
-#include <cstdint>
 #include <fstream>
 #include <map>
 #include <sstream>
 
 #include "Support/Fixtures.h"
 #include "Tools/ToolSupport.h"
+
+#include <nlohmann/json.hpp>
 
 using namespace VellumToolTest;
 
@@ -41,41 +41,24 @@ struct XmlNode
     }
 };
 
-std::string localName(std::string const & tag)
-{
-    size_t end = tag.find_first_of(" \t\r\n/>");
-    std::string name = tag.substr(0, end);
-    size_t colon = name.find(':');
-    return colon == std::string::npos ? name : name.substr(colon + 1);
-}
-
-// Enough XML for the renderings: elements, attributes skipped, text, no CDATA.
+// Enough XML for the renderings: elements named without their prefix, attributes skipped, text.
 XmlNode parseXml(std::string const & xml)
 {
     XmlNode root;
     std::vector<XmlNode *> open{&root};
-    size_t at = 0;
-    while (at < xml.size())
+    for (size_t at = 0, lt, gt; (lt = xml.find('<', at)) != std::string::npos && (gt = xml.find('>', lt)) != std::string::npos;
+         at = gt + 1)
     {
-        size_t lt = xml.find('<', at);
-        if (lt == std::string::npos)
-            break;
-        if (lt > at)
-            open.back()->text += xml.substr(at, lt - at);
-        size_t gt = xml.find('>', lt);
-        if (gt == std::string::npos)
-            break;
-        std::string tag = xml.substr(lt + 1, gt - lt - 1);
-        at = gt + 1;
+        open.back()->text += xml.substr(at, lt - at);
+        std::string const tag = xml.substr(lt + 1, gt - lt - 1);
         if (tag.empty() || tag[0] == '?' || tag[0] == '!')
             continue;
+        if (tag[0] == '/' && open.size() > 1)
+            open.pop_back();
         if (tag[0] == '/')
-        {
-            if (open.size() > 1)
-                open.pop_back();
             continue;
-        }
-        open.back()->children.push_back(XmlNode{localName(tag), std::string(), {}});
+        std::string const name = tag.substr(0, tag.find_first_of(" \t\r\n/>"));
+        open.back()->children.push_back(XmlNode{name.substr(name.find(':') + 1), std::string(), {}});
         if (tag.back() != '/')
             open.push_back(&open.back()->children.back());
     }
@@ -92,14 +75,6 @@ void findAll(XmlNode const & node, std::string const & name, std::vector<XmlNode
     }
 }
 
-std::string readText(std::string const & path)
-{
-    std::ifstream in(path, std::ios::binary);
-    std::ostringstream all;
-    all << in.rdbuf();
-    return all.str();
-}
-
 std::string trimmed(std::string const & text)
 {
     size_t b = text.find_first_not_of(" \t\r\n");
@@ -113,28 +88,14 @@ std::string lower(std::string text)
     return text;
 }
 
-// One track as both sides describe it.
-struct TrackFacts
-{
-    std::string id, number, editRate, origin, duration;
-    bool operator==(TrackFacts const & o) const
-    {
-        return id == o.id && number == o.number && editRate == o.editRate && origin == o.origin &&
-               duration == o.duration;
-    }
-};
-
-std::ostream & operator<<(std::ostream & out, TrackFacts const & t)
-{
-    return out << "{id " << t.id << ", number " << t.number << ", edit rate " << t.editRate << ", origin " << t.origin
-               << ", duration " << t.duration << "}";
-}
-
+// One track as both sides describe it: "id number editRate origin duration".
+typedef std::string TrackFacts;
 typedef std::map<std::string, std::vector<TrackFacts>> PackageFacts; // package UID -> tracks
 
 PackageFacts factsFromRegXml(std::string const & path)
 {
-    XmlNode root = parseXml(readText(path));
+    std::vector<unsigned char> const bytes = VellumTest::readFile(path);
+    XmlNode root = parseXml(std::string(bytes.begin(), bytes.end()));
     PackageFacts facts;
     std::vector<XmlNode const *> packages;
     findAll(root, "MaterialPackage", packages);
@@ -149,34 +110,29 @@ PackageFacts factsFromRegXml(std::string const & path)
         {
             if (track.name != "TimelineTrack")
                 continue;
-            TrackFacts t;
-            t.id = trimmed(track.childText("TrackID"));
-            t.number = trimmed(track.childText("EssenceTrackNumber"));
-            if (t.number.empty())
-                t.number = "0";
-            t.editRate = trimmed(track.childText("EditRate"));
-            t.origin = trimmed(track.childText("Origin"));
-            if (t.origin.empty())
-                t.origin = "0";
+            std::string const number = trimmed(track.childText("EssenceTrackNumber"));
+            std::string const origin = trimmed(track.childText("Origin"));
             XmlNode const * segment = track.child("TrackSegment");
             XmlNode const * sequence = segment ? segment->child("Sequence") : nullptr;
-            t.duration = sequence ? trimmed(sequence->childText("ComponentLength")) : std::string();
-            tracks.push_back(t);
+            tracks.push_back(trimmed(track.childText("TrackID")) + " " + (number.empty() ? "0" : number) + " " +
+                             trimmed(track.childText("EditRate")) + " " + (origin.empty() ? "0" : origin) + " " +
+                             (sequence ? trimmed(sequence->childText("ComponentLength")) : std::string()));
         }
     }
     return facts;
 }
 
+using Json = nlohmann::json;
+
 PackageFacts factsFromJson(Json const & info)
 {
     PackageFacts facts;
-    Json const & packages = info["packages"];
-    for (Json const & package : packages.items)
+    for (Json const & package : info["packages"])
     {
-        std::vector<TrackFacts> & tracks = facts[lower(package["uid"].text)];
-        for (Json const & track : package["tracks"].items)
-            tracks.push_back(TrackFacts{track["id"].text, track["number"].text, track["editRate"].text,
-                                        track["origin"].text, track["duration"].isNull() ? "" : track["duration"].text});
+        std::vector<TrackFacts> & tracks = facts[lower(package["uid"].get<std::string>())];
+        for (Json const & t : package["tracks"])
+            tracks.push_back(t["id"].dump() + " " + t["number"].dump() + " " + t["editRate"].get<std::string>() + " " +
+                             t["origin"].dump() + " " + (t["duration"].is_null() ? "" : t["duration"].dump()));
     }
     return facts;
 }
@@ -186,60 +142,30 @@ Json infoJson(std::string const & path, int * status = nullptr)
     CommandRun run = runVellum("info --json " + shellQuoted(path));
     if (status)
         *status = run.status;
-    Json json;
-    EXPECT_TRUE(JsonParser(run.out).parse(json)) << run.out;
-    return json;
+    return Json::parse(run.out);
 }
 
-std::vector<std::string> warnings(Json const & info)
-{
-    std::vector<std::string> all;
-    for (Json const & w : info["warnings"].items)
-        all.push_back(w.text);
-    return all;
-}
-
-bool anyWarningContains(Json const & info, std::string const & part)
-{
-    for (std::string const & w : warnings(info))
-        if (w.find(part) != std::string::npos)
-            return true;
-    return false;
-}
-
-std::string joined(std::vector<std::string> const & lines)
+std::string warnings(Json const & info)
 {
     std::string all;
-    for (std::string const & l : lines)
-        all += l + "\n";
+    for (Json const & w : info["warnings"])
+        all += w.get<std::string>() + "\n";
     return all;
 }
 
-void writeFile(std::string const & path, std::vector<unsigned char> const & bytes)
+// The big-endian number of `size` bytes at `at`, and writing one.
+std::uint64_t get(std::vector<unsigned char> const & b, size_t at, unsigned size)
 {
-    std::ofstream out(path, std::ios::binary);
-    out.write(reinterpret_cast<char const *>(bytes.data()), std::streamsize(bytes.size()));
-}
-
-uint64_t get64(std::vector<unsigned char> const & b, size_t at)
-{
-    uint64_t v = 0;
-    for (size_t i = 0; i < 8; ++i)
+    std::uint64_t v = 0;
+    for (unsigned i = 0; i < size; ++i)
         v = (v << 8) | b[at + i];
     return v;
 }
 
-void put64(std::vector<unsigned char> & b, size_t at, uint64_t v)
+void put64(std::vector<unsigned char> & b, size_t at, std::uint64_t v)
 {
     for (int i = 7; i >= 0; --i, v >>= 8)
         b[at + size_t(i)] = static_cast<unsigned char>(v & 0xff);
-}
-
-// Where the value of the packet at `key` begins.
-size_t valueStart(std::vector<unsigned char> const & b, size_t key)
-{
-    unsigned char ber = b[key + 16];
-    return key + 17 + ((ber & 0x80) ? (ber & 0x7f) : 0);
 }
 } // namespace
 
@@ -257,16 +183,9 @@ TEST(InfoTool, PackagesAndTracksEqualTheRegXmlRenderings)
         int status = -1;
         Json info = infoJson(sample, &status);
         EXPECT_EQ(status, 0);
-        PackageFacts found = factsFromJson(info);
-        EXPECT_EQ(found.size(), expected.size());
-        for (auto const & package : expected)
-        {
-            SCOPED_TRACE(package.first);
-            ASSERT_EQ(found.count(package.first), 1u);
-            EXPECT_EQ(found[package.first], package.second);
-        }
-        EXPECT_FALSE(info["operationalPattern"]["name"].isNull());
-        EXPECT_FALSE(info["identifications"].items.empty());
+        EXPECT_EQ(expected, factsFromJson(info));
+        EXPECT_FALSE(info["operationalPattern"]["name"].is_null());
+        EXPECT_FALSE(info["identifications"].empty());
     }
 }
 
@@ -299,32 +218,32 @@ TEST(InfoTool, EditUnitsFoundEqualFfprobePacketCounts)
         int status = -1;
         Json info = infoJson(path, &status);
         EXPECT_EQ(status, 0);
-        EXPECT_TRUE(warnings(info).empty()) << joined(warnings(info));
+        EXPECT_EQ("", warnings(info));
         unsigned compared = 0;
-        for (Json const & package : info["packages"].items)
-            for (Json const & track : package["tracks"].items)
+        for (Json const & package : info["packages"])
+            for (Json const & track : package["tracks"])
             {
-                Json const & found = track["found"];
-                if (found.isNull())
+                if (!track.contains("found"))
                     continue;
+                Json const & found = track["found"];
+                std::string const kind = track["kind"];
                 // ffmpeg hands a clip of sound out in packets of its own size: only the
                 // pictures and frame-wrapped sound are counted alike.
-                if (track["kind"].text == "sound" && found["clipWrapped"].text == "true")
+                if (kind == "sound" && found["clipWrapped"] == true)
                     continue;
-                auto range = packets.equal_range(track["kind"].text);
-                ASSERT_NE(range.first, range.second) << track["kind"].text;
-                EXPECT_EQ(found["editUnits"].number(), range.first->second) << "track " << track["id"].text;
+                auto range = packets.equal_range(kind);
+                ASSERT_NE(range.first, range.second) << kind;
+                EXPECT_EQ(found["editUnits"], range.first->second) << "track " << track["id"];
                 packets.erase(range.first);
                 ++compared;
             }
         // A file of sound alone is only checked for its warnings.
-        if (name != "opatom-pcm.mxf")
-        {
-            EXPECT_GE(compared, 1u);
-        }
+        EXPECT_TRUE(compared >= 1u || name == "opatom-pcm.mxf");
     }
 }
 
+// The warnings are the findings of the check, in its words, with the disagreements of the
+// metadata and the essence found.
 TEST(InfoTool, DamagedCopiesGiveWarningsAndExitCodeZero)
 {
     std::string path = VellumTest::ffmpegFixture("op1a-mpeg2-pcm.mxf");
@@ -332,88 +251,62 @@ TEST(InfoTool, DamagedCopiesGiveWarningsAndExitCodeZero)
         GTEST_SKIP() << "ffmpeg is not installed";
     std::vector<unsigned char> const file = VellumTest::readFile(path);
     Json whole = infoJson(path);
-    ASSERT_EQ(whole["partitions"].items.size(), 3u);
-    uint64_t const body = uint64_t(whole["partitions"][1]["offset"].number());
-    uint64_t const footer = uint64_t(whole["partitions"][2]["offset"].number());
-    EXPECT_EQ(whole["partitions"][0]["kind"].text, "header");
-    EXPECT_EQ(whole["partitions"][2]["kind"].text, "footer");
-    EXPECT_EQ(whole["rip"].items.size(), 3u);
-    EXPECT_EQ(whole["runIn"].number(), 0);
+    ASSERT_EQ(whole["partitions"].size(), 3u);
+    std::uint64_t const body = whole["partitions"][1]["offset"], footer = whole["partitions"][2]["offset"];
+    std::string const B = std::to_string(body), F = std::to_string(footer);
+    EXPECT_EQ(whole["partitions"][0]["kind"], "header");
+    EXPECT_EQ(whole["partitions"][2]["kind"], "footer");
+    EXPECT_EQ(whole["rip"].size(), 3u);
+    EXPECT_EQ(whole["runIn"], 0);
+    std::uint64_t const rip = file.size() - get(file, file.size() - 4, 4);
+    size_t const headerValue = 17 + ((file[16] & 0x80) ? (file[16] & 0x7f) : 0);
+    ASSERT_EQ(get(file, file.size() - 4 - 12 + 4, 8), footer);
 
+    std::vector<unsigned char> cut(file.begin(), file.begin() + long(body + (footer - body) / 2));
+    std::vector<unsigned char> noRip(file.begin(), file.begin() + long(rip));
+    std::vector<unsigned char> runIn(file.size() + 100, 0);
+    std::copy(file.begin(), file.end(), runIn.begin() + 100);
+    // The header's footer pointer at the body; the RIP's last entry next to the footer.
+    std::vector<unsigned char> pointers = file;
+    put64(pointers, headerValue + 24, body);
+    put64(pointers, file.size() - 4 - 12 + 4, footer + 8);
+    struct Case
+    {
+        std::vector<unsigned char> const & bytes;
+        std::vector<std::string> warnings; // the start of each
+    };
+    std::vector<Case> const cases = {
+        {cut,
+         {"footer-pointer at 0: FooterPartition is " + F + ", but the file has no footer partition (past the end",
+          "footer-pointer at " + B + ": FooterPartition is " + F, "truncated at ",
+          "track 2 (number 0x15010500) of the source package has a duration of 50 edit units, but ",
+          "track 3 (number 0x16010300) of the source package has a duration of 50 edit units, but "}},
+        {noRip, {"rip-missing at " + std::to_string(rip) + ": the file has a footer partition but no random index pack"}},
+        {runIn, {}},
+        {pointers,
+         {"footer-pointer at 0: FooterPartition is " + B + ", but the footer partition stands at " + F +
+              " (the body partition)",
+          "rip-incomplete at " + F + ": the footer partition at " + F + " is missing from", "reader-footer at " + F,
+          "rip-entry at " + std::to_string(rip) + ": the entry for offset " + std::to_string(footer + 8) +
+              " (BodySID 0) does not point at a partition (inside the footer partition at " + F + ")"}}};
     std::string const copy = VellumTest::temporaryPath(".mxf");
-    int status = -1;
+    for (Case const & c : cases)
     {
-        // Cut in the middle of the body: no footer, no RIP, fewer edit units than the durations.
-        std::vector<unsigned char> cut(file.begin(), file.begin() + long(body + (footer - body) / 2));
-        writeFile(copy, cut);
+        writeBytes(copy, c.bytes);
+        int status = -1;
         Json info = infoJson(copy, &status);
         EXPECT_EQ(status, 0);
-        std::string all = joined(warnings(info));
-        EXPECT_TRUE(anyWarningContains(info, "the file has no footer partition")) << all;
-        EXPECT_TRUE(anyWarningContains(info, "the file has no random index pack")) << all;
-        EXPECT_TRUE(anyWarningContains(info, "runs past the end of the file")) << all;
-        EXPECT_TRUE(anyWarningContains(info, "the header partition at offset 0 points at a footer at " +
-                                                 std::to_string(footer) + ", but the file has no footer"))
-            << all;
-        EXPECT_TRUE(anyWarningContains(info, "of the source package has a duration of 50 edit units, but")) << all;
-        EXPECT_FALSE(info["packages"].items.empty());
+        EXPECT_EQ(info["runIn"], &c.bytes == &runIn ? 100 : 0);
+        ASSERT_EQ(info["warnings"].size(), c.warnings.size()) << warnings(info);
+        for (size_t i = 0; i < c.warnings.size(); ++i)
+            EXPECT_EQ(0u, info["warnings"][i].get<std::string>().find(c.warnings[i])) << warnings(info);
+        EXPECT_FALSE(info["packages"].empty());
     }
-    {
-        // Without its RIP.
-        uint64_t ripLength = (uint64_t(file[file.size() - 4]) << 24) | (uint64_t(file[file.size() - 3]) << 16) |
-                             (uint64_t(file[file.size() - 2]) << 8) | file[file.size() - 1];
-        ASSERT_LT(ripLength, file.size());
-        writeFile(copy, std::vector<unsigned char>(file.begin(), file.end() - long(ripLength)));
-        Json info = infoJson(copy, &status);
-        EXPECT_EQ(status, 0);
-        EXPECT_TRUE(info["rip"].isNull());
-        EXPECT_EQ(warnings(info), std::vector<std::string>{"the file has no random index pack"});
-    }
-    {
-        // A run-in of 100 bytes: every offset in the packs is still right.
-        std::vector<unsigned char> runIn(file.size() + 100, 0);
-        std::copy(file.begin(), file.end(), runIn.begin() + 100);
-        writeFile(copy, runIn);
-        Json info = infoJson(copy, &status);
-        EXPECT_EQ(status, 0);
-        EXPECT_EQ(info["runIn"].number(), 100);
-        EXPECT_EQ(info["partitions"][1]["offset"].number(), (long long)(body + 100));
-        EXPECT_TRUE(warnings(info).empty()) << joined(warnings(info));
-    }
-    {
-        // The header's footer pointer at the body partition; the RIP also lists a partition that
-        // is not there.
-        std::vector<unsigned char> bad = file;
-        put64(bad, valueStart(bad, 0) + 24, body);
-        // The last entry of the RIP: body SID and offset, in front of the pack's length.
-        size_t const lastEntry = file.size() - 4 - 12;
-        ASSERT_EQ(get64(bad, lastEntry + 4), footer);
-        put64(bad, lastEntry + 4, footer + 8);
-        writeFile(copy, bad);
-        Json info = infoJson(copy, &status);
-        EXPECT_EQ(status, 0);
-        std::string all = joined(warnings(info));
-        EXPECT_TRUE(anyWarningContains(info, "the header partition at offset 0 points at a footer at " +
-                                                 std::to_string(body) + ", but the footer is at " +
-                                                 std::to_string(footer)))
-            << all;
-        EXPECT_TRUE(anyWarningContains(info, "the random index pack lists a partition at " + std::to_string(footer + 8) +
-                                                 " (body SID 0) that is not there"))
-            << all;
-        EXPECT_TRUE(anyWarningContains(info, "the footer partition at offset " + std::to_string(footer) +
-                                                 " is missing from the random index pack"))
-            << all;
-    }
-    {
-        // Not MXF at all: exit code 1 and a message.
-        writeFile(copy, std::vector<unsigned char>(1000, 0x20));
-        CommandRun run = runVellum("info " + shellQuoted(copy) + " 2>&1");
-        EXPECT_EQ(run.status, 1);
-        EXPECT_NE(run.out.find("vellum info: "), std::string::npos) << run.out;
-    }
+    writeBytes(copy, std::vector<unsigned char>(1000, 0x20));
+    CommandRun run = runVellum("info " + shellQuoted(copy));
+    EXPECT_EQ(run.status, 1);
+    EXPECT_EQ(run.out, "vellum: " + copy + ": no partition pack was found: this is not an MXF file\n");
     std::remove(copy.c_str());
-    EXPECT_EQ(runVellum("info 2>/dev/null").status, 2);
-    EXPECT_EQ(runVellum("info a b 2>/dev/null").status, 2);
 }
 
 TEST(InfoTool, SummarisesTheExampleFileReadably)

@@ -1,79 +1,64 @@
-// vellum check FILE [--json]: walks a whole file and reports what is inconsistent in it, each
-// finding with its byte offset, a code word and a text. Exit 0 when nothing is found, 1 when
-// something is, 2 on a usage error.
+// vellum check FILE [--json]: the findings of MXFIO::FileChecker, each with its byte offset, code
+// word and text. Exit 0 when nothing is found, 1 when something is or the file cannot be read.
 
+#include <CLI/CLI.hpp>
 #include <cinttypes>
 #include <cstdio>
-#include <exception>
-#include <string>
+#include <memory>
+#include <nlohmann/json.hpp>
 
-#include "Check.h"
 #include "Commands.h"
-#include "JsonValue.h"
-#include "Exceptions/Exceptions.h"
+#include "Format.h"
+#include "MXFIO/FileChecker.h"
+#include "Utils/Text.h"
 
 namespace VellumTool
 {
 namespace
 {
-std::string json(std::string const & text) { return JsonValue::quote(text); }
-
-int usage()
+struct CheckOptions
 {
-    std::fprintf(stderr, "usage: vellum check FILE [--json]\n");
-    return 2;
+    std::string path;
+    bool json = false;
+};
+
+void printFindings(CheckOptions const & options, Vellum::Templates::vector<Vellum::MXFIO::Finding> const & findings)
+{
+    if (options.json)
+    {
+        nlohmann::ordered_json all = nlohmann::ordered_json::array();
+        for (Vellum::MXFIO::Finding const & f : findings)
+            all.push_back({{"offset", f.offset}, {"code", f.code}, {"message", narrow(f.message)}});
+        nlohmann::ordered_json root = {{"file", options.path}, {"findings", all}};
+        printJson(root);
+        return;
+    }
+    for (Vellum::MXFIO::Finding const & f : findings)
+        std::printf("%12" PRIu64 "  %s: %s\n", f.offset, f.code, narrow(f.message).c_str());
+    if (findings.empty())
+        std::printf("%s: no findings\n", options.path.c_str());
+    else
+        std::printf("%s: %zu finding%s\n", options.path.c_str(), findings.size(), findings.size() == 1 ? "" : "s");
+}
+
+int check(CheckOptions const & options)
+{
+    Vellum::MXFIO::FileChecker checker(Vellum::Utils::wide(options.path.c_str()).c_str());
+    Vellum::Templates::vector<Vellum::MXFIO::Finding> const findings = checker.run();
+    if (findings.size() == 1 && std::string(findings[0].code) == "file-unreadable")
+        return fileFailure(options.path, narrow(findings[0].message));
+    printFindings(options, findings);
+    return findings.empty() ? 0 : 1;
 }
 } // namespace
 
-int checkCommand(Arguments const & arguments)
+Command addCheckCommand(CLI::App & program)
 {
-    std::string path;
-    bool asJson = false;
-    for (std::string const & argument : arguments)
-    {
-        if (argument == "--json" && !asJson)
-            asJson = true;
-        else if (path.empty() && !argument.empty() && argument.compare(0, 2, "--") != 0)
-            path = argument;
-        else
-            return usage();
-    }
-    if (path.empty())
-        return usage();
-
-    std::vector<Finding> findings;
-    try
-    {
-        Checker checker(path);
-        findings = checker.run();
-    }
-    catch (Vellum::Exceptions::BaseException const & e)
-    {
-        std::fprintf(stderr, "vellum check: %s\n", e.whatUtf8().c_str());
-        return 1;
-    }
-    catch (std::exception const & e)
-    {
-        std::fprintf(stderr, "vellum check: %s\n", e.what());
-        return 1;
-    }
-    if (asJson)
-    {
-        std::printf("{\"file\": %s, \"findings\": [", json(path).c_str());
-        for (size_t i = 0; i < findings.size(); ++i)
-            std::printf("%s\n  {\"offset\": %" PRIu64 ", \"code\": %s, \"message\": %s}", i != 0 ? "," : "",
-                        findings[i].offset, json(findings[i].code).c_str(), json(findings[i].message).c_str());
-        std::printf("%s]}\n", findings.empty() ? "" : "\n");
-    }
-    else
-    {
-        for (Finding const & finding : findings)
-            std::printf("%12" PRIu64 "  %s: %s\n", finding.offset, finding.code.c_str(), finding.message.c_str());
-        if (findings.empty())
-            std::printf("%s: no findings\n", path.c_str());
-        else
-            std::printf("%s: %zu finding%s\n", path.c_str(), findings.size(), findings.size() == 1 ? "" : "s");
-    }
-    return findings.empty() ? 0 : 1;
+    auto options = std::make_shared<CheckOptions>();
+    CLI::App * command = program.add_subcommand("check", "what is inconsistent in a file, each with its offset; "
+                                                         "exit 0 when nothing is found, 1 when something is");
+    command->add_option("FILE", options->path, "the MXF file")->required();
+    command->add_flag("--json", options->json, "print the findings as JSON");
+    return Command{command, [options] { return check(*options); }};
 }
 } // namespace VellumTool

@@ -1,18 +1,27 @@
 #pragma once
-// The subcommands of the vellum program. Each gets the arguments after its name and gives the
-// process exit code.
+// The subcommands of the vellum program. Each adds itself, with its options, to the program's
+// argument parser and gives what runs it once the arguments are parsed: a function that gives
+// the process exit code.
 
-#include <string>
-#include <vector>
+#include <functional>
+
+namespace CLI
+{
+class App;
+}
 
 namespace VellumTool
 {
-typedef std::vector<std::string> Arguments;
+struct Command
+{
+    CLI::App * arguments;
+    std::function<int()> run;
+};
 
-int klvCommand(Arguments const & arguments);
-int infoCommand(Arguments const & arguments);
-int dictCommand(Arguments const & arguments);
-int metaCommand(Arguments const & arguments);
-int checkCommand(Arguments const & arguments);
-int unwrapCommand(Arguments const & arguments);
+Command addKlvCommand(CLI::App & program);
+Command addInfoCommand(CLI::App & program);
+Command addDictCommand(CLI::App & program);
+Command addMetaCommand(CLI::App & program);
+Command addCheckCommand(CLI::App & program);
+Command addUnwrapCommand(CLI::App & program);
 } // namespace VellumTool

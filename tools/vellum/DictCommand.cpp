@@ -1,7 +1,9 @@
 // vellum dict [SET]: the sets of the built-in dictionary with their keys, or the attributes of
 // one set with their labels, static tags, types, required status and reference targets.
 
+#include <CLI/CLI.hpp>
 #include <cstdio>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -94,24 +96,13 @@ int listSet(Dictionary const & dictionary, MetaMetadataSet const & set)
     }
     return 0;
 }
-} // namespace
 
-int dictCommand(Arguments const & arguments)
+// By name, exactly or else ignoring case, or by key in dotted form.
+int showSet(Dictionary const & dictionary, std::string const & wanted)
 {
-    if (arguments.size() > 1)
-    {
-        std::fprintf(stderr, "usage: vellum dict [SET]\n");
-        return 2;
-    }
-    Templates::SharedPtr<Dictionary> dictionary = MetaMetadata::createStandardDictionary();
-    if (arguments.empty())
-        return listSets(*dictionary);
-
-    // By name, exactly or else ignoring case, or by key in dotted form.
-    std::string wanted = arguments[0];
     std::vector<MetaMetadataSet const *> exact, folded;
-    for (Dictionary::KeyToMetaMetadataSet::const_iterator i = dictionary->metaMetadataSetBegin();
-         i != dictionary->metaMetadataSetEnd(); ++i)
+    for (Dictionary::KeyToMetaMetadataSet::const_iterator i = dictionary.metaMetadataSetBegin();
+         i != dictionary.metaMetadataSetEnd(); ++i)
     {
         std::string name = nameOf(i->second);
         if (name == wanted || text(i->first.toString(Types::Dotted).c_str()) == lower(wanted))
@@ -121,7 +112,7 @@ int dictCommand(Arguments const & arguments)
     }
     std::vector<MetaMetadataSet const *> const & found = exact.empty() ? folded : exact;
     if (found.size() == 1)
-        return listSet(*dictionary, *found[0]);
+        return listSet(dictionary, *found[0]);
     if (found.empty())
         std::fprintf(stderr, "vellum dict: no set named '%s'\n", wanted.c_str());
     else
@@ -132,5 +123,17 @@ int dictCommand(Arguments const & arguments)
         std::fprintf(stderr, "\n");
     }
     return 1;
+}
+} // namespace
+
+Command addDictCommand(CLI::App & program)
+{
+    auto wanted = std::make_shared<std::string>();
+    CLI::App * command = program.add_subcommand("dict", "the sets of the built-in dictionary, or one set's attributes");
+    command->add_option("SET", *wanted, "a set's name (case does not matter) or key");
+    return Command{command, [wanted] {
+                       Templates::SharedPtr<Dictionary> dictionary = MetaMetadata::createStandardDictionary();
+                       return wanted->empty() ? listSets(*dictionary) : showSet(*dictionary, *wanted);
+                   }};
 }
 } // namespace VellumTool

@@ -4,13 +4,15 @@
 #include <cstdio>
 #include <map>
 #include <set>
-#include <sys/stat.h>
 
 #include "DataIO/File/FileDataSource.h"
 #include "Exceptions/Exceptions.h"
 #include "IndexTables/IndexTableSegment.h"
 #include "KLV/Packet.h"
-#include "KlvWalk.h"
+#include "Format.h"
+#include "MXFIO/EssenceConversions.h"
+#include "MXFIO/FileChecker.h"
+#include "MXFIO/PacketWalk.h"
 #include "LabelNames.h"
 #include "MetaMetadata/MetaMetadataSet.h"
 #include "MetaMetadata/StandardDictionary.h"
@@ -42,66 +44,18 @@ namespace S = Metadata::Structural;
 // Index segments longer than this are not parsed (a damaged length would make a huge read).
 std::uint64_t const MAXIMUM_SEGMENT = 64u << 20;
 
-std::string hex(std::uint64_t value, unsigned digits)
-{
-    char buffer[24];
-    std::snprintf(buffer, sizeof buffer, "0x%0*llx", int(digits), static_cast<unsigned long long>(value));
-    return buffer;
-}
-
-std::string narrow(Templates::wstring const & text) { return Utils::narrow(text).c_str(); }
-
 std::string text(Types::UTF16String const * value) { return value ? narrow(value->value()) : std::string(); }
 
-std::string twoDigits(unsigned value)
-{
-    char buffer[8];
-    std::snprintf(buffer, sizeof buffer, "%02u", value % 100);
-    return buffer;
-}
+std::string timestampOf(Types::Timestamp const * v) { return v ? timestamp(*v) : std::string(); }
 
-std::string timestamp(Types::Timestamp const * v)
-{
-    if (!v)
-        return std::string();
-    char buffer[48];
-    std::snprintf(buffer, sizeof buffer, "%04u-%s-%sT%s:%s:%s.%03uZ", unsigned(v->year()), twoDigits(v->month()).c_str(),
-                  twoDigits(v->day()).c_str(), twoDigits(v->hour()).c_str(), twoDigits(v->minute()).c_str(),
-                  twoDigits(v->second()).c_str(), unsigned(v->milliSecond()));
-    return buffer;
-}
+std::string versionOf(Types::ProductVersion const * v) { return v ? productVersion(*v) : std::string(); }
 
-std::string productVersion(Types::ProductVersion const * v)
-{
-    if (!v)
-        return std::string();
-    return std::to_string(v->major()) + "." + std::to_string(v->minor()) + "." + std::to_string(v->patch()) + "." +
-           std::to_string(v->build()) + "." + std::to_string(static_cast<int>(v->releaseVersion()));
-}
+std::string umidOf(Types::UMID32 const * v) { return v ? umid(v->rawBuffer(), 32) : std::string(); }
 
-std::string umid(Types::UMID32 const * v)
+std::string rationalOf(Types::Rational const * v)
 {
-    if (!v)
-        return std::string();
-    static char const digits[] = "0123456789abcdef";
-    std::string out = "urn:smpte:umid:";
-    unsigned char const * b = v->rawBuffer();
-    for (unsigned i = 0; i < 32; ++i)
-    {
-        if (i != 0 && i % 4 == 0)
-            out += '.';
-        out += digits[b[i] >> 4];
-        out += digits[b[i] & 15];
-    }
-    return out;
+    return v ? rational(v->numerator(), v->denominator()) : std::string();
 }
-
-std::string rational(Types::Rational const * v)
-{
-    return v ? std::to_string(v->numerator()) + "/" + std::to_string(v->denominator()) : std::string();
-}
-
-std::uint64_t relative(FileSummary const & s, std::uint64_t absolute) { return absolute - s.runIn; }
 
 // "hh:mm:ss:ff", or "hh:mm:ss;ff" counted in drop frame at 30 and 60 frames a second.
 std::string formatTimecode(std::int64_t frames, unsigned fps, bool drop)
@@ -184,171 +138,228 @@ public:
 // ---------------------------------------------------------------------------------------------
 // The walk
 
-enum class Region
+PartitionFound readPartition(MXFIO::PacketPlace const & place, KLV::Packet & packet)
 {
-    AfterPack,
-    Header,
-    Index,
-    Body
+    PartitionFound p;
+    p.offset = place.offset;
+    p.kind = place.key[13];
+    p.status = place.key[14];
+    try
+    {
+        Packs::PartitionPack pack(packet);
+        p.thisPartition = pack.thisPartition();
+        p.previousPartition = pack.previousPartition();
+        p.footerPartition = pack.footerPartition();
+        p.headerByteCount = pack.headerByteCount();
+        p.indexByteCount = pack.indexByteCount();
+        p.indexSID = pack.indexSID();
+        p.bodySID = pack.bodySID();
+        p.bodyOffset = pack.bodyOffset();
+        p.kagSize = pack.kagSize();
+        p.operationalPattern = dotted(pack.operationalPattern().rawBuffer());
+        Types::Batch const & containers = pack.essenceContainers();
+        for (unsigned i = 0; i < containers.size(); ++i)
+            p.essenceContainers.push_back(dotted(containers.at(i).rawBuffer()));
+    }
+    catch (Exceptions::BaseException const &)
+    {
+        // The check reports the pack.
+    }
+    return p;
+}
+
+void readSegment(FileSummary & s, MXFIO::PacketPlace const & place, KLV::Packet & packet)
+{
+    if (place.length > MAXIMUM_SEGMENT)
+        return;
+    try
+    {
+        IndexTables::IndexTableSegment segment(packet);
+        SegmentFound f;
+        f.offset = place.offset;
+        f.indexSID = segment.indexSID() ? segment.indexSID()->value() : 0;
+        f.bodySID = segment.bodySID().value();
+        f.editRateNumerator = segment.indexEditRate().numerator();
+        f.editRateDenominator = segment.indexEditRate().denominator();
+        f.startPosition = segment.indexStartPosition().value();
+        f.duration = segment.indexDuration().value();
+        f.editUnitByteCount = segment.editUnitByteCount() ? segment.editUnitByteCount()->value() : 0;
+        f.indexEntries = segment.indexEntryCount();
+        f.deltaEntries = segment.deltaEntryCount();
+        s.segments.push_back(f);
+    }
+    catch (Exceptions::BaseException const &)
+    {
+        // The check reports the segment.
+    }
+}
+
+void readRip(FileSummary & s, KLV::Packet & packet)
+{
+    try
+    {
+        Packs::RandomIndexPack rip(packet);
+        s.hasRip = true;
+        s.rip.clear();
+        for (auto const & entry : rip.offsetIndexedMap())
+            s.rip.push_back(RipEntry{entry.second, entry.first});
+    }
+    catch (Exceptions::BaseException const &)
+    {
+        // The check reports the pack.
+    }
+}
+
+// What the packets of a file add up to: partitions with the bytes of their regions, segments,
+// the RIP and the essence of each track number.
+class SummaryWalk
+{
+public:
+    explicit SummaryWalk(FileSummary & s) : s_(s) {}
+
+    void visit(MXFIO::PacketPlace const & place, KLV::Packet & packet)
+    {
+        std::uint64_t const bytes = place.end() - place.offset;
+        PartitionFound * current = s_.partitions.empty() ? nullptr : &s_.partitions.back();
+        switch (place.kind)
+        {
+        case MXFIO::PacketKind::PartitionPack:
+            s_.partitions.push_back(readPartition(place, packet));
+            region_ = Region::AfterPack;
+            return;
+        case MXFIO::PacketKind::Primer:
+            if (region_ == Region::AfterPack)
+                region_ = Region::Header;
+            if (current && region_ == Region::Header)
+                current->headerBytesFound += bytes;
+            return;
+        case MXFIO::PacketKind::LocalSet:
+            if (current && region_ == Region::Header)
+                current->headerBytesFound += bytes;
+            else
+                other();
+            return;
+        case MXFIO::PacketKind::FillItem:
+            if (current && region_ == Region::Header)
+                current->headerBytesFound += bytes;
+            if (current && region_ == Region::Index)
+                current->indexBytesFound += bytes;
+            return;
+        case MXFIO::PacketKind::IndexSegment:
+            if (region_ == Region::AfterPack || region_ == Region::Header)
+                region_ = Region::Index;
+            if (current && region_ == Region::Index)
+                current->indexBytesFound += bytes;
+            readSegment(s_, place, packet);
+            return;
+        case MXFIO::PacketKind::RandomIndexPack:
+            region_ = Region::Body;
+            readRip(s_, packet);
+            return;
+        case MXFIO::PacketKind::EssenceElement:
+            essence(place, current);
+            return;
+        case MXFIO::PacketKind::SystemItem:
+            region_ = Region::Body;
+            ++s_.systemItems;
+            return;
+        case MXFIO::PacketKind::Other:
+            other();
+            return;
+        }
+    }
+
+private:
+    enum class Region
+    {
+        AfterPack,
+        Header,
+        Index,
+        Body
+    };
+
+    void other()
+    {
+        region_ = Region::Body;
+        ++s_.unknownPackets;
+    }
+
+    void essence(MXFIO::PacketPlace const & place, PartitionFound * current)
+    {
+        region_ = Region::Body;
+        unsigned const sid = current ? current->bodySID : 0;
+        std::pair<unsigned, std::uint32_t> const id(sid, MXFIO::key2TrackNumber(place.key));
+        auto at = streamAt_.find(id);
+        if (at == streamAt_.end())
+        {
+            at = streamAt_.insert(std::make_pair(id, s_.streams.size())).first;
+            s_.streams.push_back(StreamFound{sid, id.second, 0, 0, place.offset});
+        }
+        ++s_.streams[at->second].elements;
+        s_.streams[at->second].bytes += place.length;
+        if (current)
+        {
+            ++current->essenceElements;
+            current->essenceBytes += place.length;
+        }
+    }
+
+    FileSummary & s_;
+    Region region_ = Region::Body;
+    std::map<std::pair<unsigned, std::uint32_t>, size_t> streamAt_;
 };
 
+// The walk stops where no packet can be read or a value runs past the end; the check says why.
 void walkFile(FileSummary & s)
 {
-    Region region = Region::Body;
-    std::map<std::pair<unsigned, std::uint32_t>, size_t> streamAt;
-    WalkResult result = walk(s.path, 0, [&](PacketInfo const & packet, KLV::Packet & klv) {
-        std::uint64_t const klvLength = 16 + packet.berLength + packet.length;
-        bool const whole = packet.length <= s.fileSize && packet.offset + klvLength <= s.fileSize;
-        PartitionFound * current = s.partitions.empty() ? nullptr : &s.partitions.back();
-        switch (packet.kind)
+    DataIO::File::FileDataSource source(Utils::wide(s.path.c_str()).c_str(), 1 << 20);
+    MXFIO::PacketWalk walk(source);
+    s.fileSize = walk.size();
+    SummaryWalk summary(s);
+    try
+    {
+        while (Templates::auto_ptr<KLV::Packet> packet = walk.next())
         {
-        case PacketKind::PartitionPack:
-        {
-            PartitionFound p;
-            p.offset = packet.offset;
-            p.kind = packet.key[13];
-            p.status = packet.key[14];
-            if (whole)
-            {
-                try
-                {
-                    Packs::PartitionPack pack(klv);
-                    p.thisPartition = pack.thisPartition();
-                    p.previousPartition = pack.previousPartition();
-                    p.footerPartition = pack.footerPartition();
-                    p.headerByteCount = pack.headerByteCount();
-                    p.indexByteCount = pack.indexByteCount();
-                    p.indexSID = pack.indexSID();
-                    p.bodySID = pack.bodySID();
-                    p.bodyOffset = pack.bodyOffset();
-                    p.kagSize = pack.kagSize();
-                    p.operationalPattern = dottedLabel(pack.operationalPattern().rawBuffer());
-                    Types::Batch const & containers = pack.essenceContainers();
-                    for (unsigned i = 0; i < containers.size(); ++i)
-                        p.essenceContainers.push_back(dottedLabel(containers.at(i).rawBuffer()));
-                }
-                catch (Exceptions::BaseException const & e)
-                {
-                    s.warnings.push_back("the partition pack at offset " + std::to_string(packet.offset) +
-                                         " cannot be read: " + Utils::narrow(e.message()).c_str());
-                }
-            }
-            s.partitions.push_back(p);
-            region = Region::AfterPack;
-            return;
+            if (walk.valueCutShort())
+                break;
+            summary.visit(walk.place(), *packet);
         }
-        case PacketKind::Primer:
-            if (current && region == Region::AfterPack)
-                region = Region::Header;
-            if (current && region == Region::Header)
-                current->headerBytesFound += klvLength;
-            return;
-        case PacketKind::LocalSet:
-            if (current && region == Region::Header)
-            {
-                current->headerBytesFound += klvLength;
-                return;
-            }
-            break;
-        case PacketKind::FillItem:
-            if (current && region == Region::Header)
-                current->headerBytesFound += klvLength;
-            if (current && region == Region::Index)
-                current->indexBytesFound += klvLength;
-            return;
-        case PacketKind::IndexSegment:
-            if (current && (region == Region::AfterPack || region == Region::Header))
-                region = Region::Index;
-            if (current && region == Region::Index)
-                current->indexBytesFound += klvLength;
-            if (whole && packet.length <= MAXIMUM_SEGMENT)
-            {
-                try
-                {
-                    IndexTables::IndexTableSegment segment(klv);
-                    SegmentFound f;
-                    f.offset = packet.offset;
-                    f.indexSID = segment.indexSID() ? segment.indexSID()->value() : 0;
-                    f.bodySID = segment.bodySID().value();
-                    f.editRateNumerator = segment.indexEditRate().numerator();
-                    f.editRateDenominator = segment.indexEditRate().denominator();
-                    f.startPosition = segment.indexStartPosition().value();
-                    f.duration = segment.indexDuration().value();
-                    f.editUnitByteCount = segment.editUnitByteCount() ? segment.editUnitByteCount()->value() : 0;
-                    f.indexEntries = segment.indexEntryCount();
-                    f.deltaEntries = segment.deltaEntryCount();
-                    s.segments.push_back(f);
-                }
-                catch (Exceptions::BaseException const & e)
-                {
-                    s.warnings.push_back("the index table segment at offset " + std::to_string(packet.offset) +
-                                         " cannot be read: " + Utils::narrow(e.message()).c_str());
-                }
-            }
-            return;
-        case PacketKind::RandomIndexPack:
-            region = Region::Body;
-            if (whole)
-            {
-                try
-                {
-                    Packs::RandomIndexPack rip(klv);
-                    s.hasRip = true;
-                    s.rip.clear();
-                    for (auto const & entry : rip.offsetIndexedMap())
-                        s.rip.push_back(RipEntry{entry.second, entry.first});
-                }
-                catch (Exceptions::BaseException const & e)
-                {
-                    s.warnings.push_back("the random index pack at offset " + std::to_string(packet.offset) +
-                                         " cannot be read: " + Utils::narrow(e.message()).c_str());
-                }
-            }
-            return;
-        case PacketKind::EssenceElement:
-        {
-            region = Region::Body;
-            unsigned const sid = current ? current->bodySID : 0;
-            std::uint32_t const number = (std::uint32_t(packet.key[12]) << 24) | (std::uint32_t(packet.key[13]) << 16) |
-                                         (std::uint32_t(packet.key[14]) << 8) | packet.key[15];
-            std::pair<unsigned, std::uint32_t> const id(sid, number);
-            std::map<std::pair<unsigned, std::uint32_t>, size_t>::iterator at = streamAt.find(id);
-            if (at == streamAt.end())
-            {
-                StreamFound stream;
-                stream.bodySID = sid;
-                stream.trackNumber = number;
-                stream.firstOffset = packet.offset;
-                at = streamAt.insert(std::make_pair(id, s.streams.size())).first;
-                s.streams.push_back(stream);
-            }
-            ++s.streams[at->second].elements;
-            s.streams[at->second].bytes += packet.length;
-            if (current)
-            {
-                ++current->essenceElements;
-                current->essenceBytes += packet.length;
-            }
-            return;
-        }
-        case PacketKind::SystemItem:
-            region = Region::Body;
-            ++s.systemItems;
-            return;
-        case PacketKind::Other:
-            break;
-        }
-        region = Region::Body;
-        ++s.unknownPackets;
-    });
-    s.runIn = result.runIn;
-    s.packets = result.packets;
-    if (!result.error.empty())
-        s.warnings.push_back("the walk over the packets stopped: " + result.error);
+    }
+    catch (Exceptions::BaseException const &)
+    {
+    }
+    s.runIn = walk.runIn();
+    s.packets = walk.packets();
 }
 
 // ---------------------------------------------------------------------------------------------
 // The metadata
+
+// What a picture or sound descriptor adds.
+void addEssenceDetails(DescriptorInfo & d, S::GenericDescriptor const * descriptor)
+{
+    if (S::GenericPictureEssenceDescriptor const * picture = S::metadataSetAs<S::GenericPictureEssenceDescriptor>(
+            static_cast<Metadata::MetadataSet const *>(descriptor)))
+    {
+        d.storedWidth = picture->storedWidth() ? picture->storedWidth()->value() : 0;
+        d.storedHeight = picture->storedHeight() ? picture->storedHeight()->value() : 0;
+        if (picture->pictureEssenceCoding())
+        {
+            d.pictureCoding = dotted(picture->pictureEssenceCoding()->rawBuffer());
+            d.pictureCodingName = labelName(picture->pictureEssenceCoding()->rawBuffer());
+        }
+    }
+    if (S::GenericSoundEssenceDescriptor const * sound = S::metadataSetAs<S::GenericSoundEssenceDescriptor>(
+            static_cast<Metadata::MetadataSet const *>(descriptor)))
+    {
+        d.audioSamplingRate = rationalOf(sound->audioSamplingRate());
+        d.channels = sound->channelCount() ? sound->channelCount()->value() : 0;
+        d.quantizationBits = sound->quantizationBits() ? sound->quantizationBits()->value() : 0;
+    }
+    if (S::WAVEAudioEssenceDescriptor const * wave = S::metadataSetAs<S::WAVEAudioEssenceDescriptor>(
+            static_cast<Metadata::MetadataSet const *>(descriptor)))
+        d.blockAlign = wave->blockAlign() ? wave->blockAlign()->value() : 0;
+}
 
 void readDescriptor(S::GenericDescriptor const * descriptor, std::vector<DescriptorInfo> & out)
 {
@@ -364,10 +375,10 @@ void readDescriptor(S::GenericDescriptor const * descriptor, std::vector<Descrip
         Types::UniversalLabel const * container = multiple->essenceContainer();
         if (container)
         {
-            d.essenceContainer = dottedLabel(container->rawBuffer());
+            d.essenceContainer = dotted(container->rawBuffer());
             d.essenceContainerName = labelName(container->rawBuffer());
         }
-        d.sampleRate = rational(multiple->sampleRate());
+        d.sampleRate = rationalOf(multiple->sampleRate());
         out.push_back(d);
         for (unsigned i = 0; i < multiple->subDescriptorUIDsCount(); ++i)
             if (multiple->subDescriptorUID(i) != descriptor)
@@ -388,37 +399,17 @@ void readDescriptor(S::GenericDescriptor const * descriptor, std::vector<Descrip
         }
         if (file->essenceContainer())
         {
-            d.essenceContainer = dottedLabel(file->essenceContainer()->rawBuffer());
+            d.essenceContainer = dotted(file->essenceContainer()->rawBuffer());
             d.essenceContainerName = labelName(file->essenceContainer()->rawBuffer());
         }
-        d.sampleRate = rational(file->sampleRate());
+        d.sampleRate = rationalOf(file->sampleRate());
         if (file->containerDuration())
         {
             d.hasContainerDuration = true;
             d.containerDuration = file->containerDuration()->value();
         }
     }
-    if (S::GenericPictureEssenceDescriptor const * picture = S::metadataSetAs<S::GenericPictureEssenceDescriptor>(
-            static_cast<Metadata::MetadataSet const *>(descriptor)))
-    {
-        d.storedWidth = picture->storedWidth() ? picture->storedWidth()->value() : 0;
-        d.storedHeight = picture->storedHeight() ? picture->storedHeight()->value() : 0;
-        if (picture->pictureEssenceCoding())
-        {
-            d.pictureCoding = dottedLabel(picture->pictureEssenceCoding()->rawBuffer());
-            d.pictureCodingName = labelName(picture->pictureEssenceCoding()->rawBuffer());
-        }
-    }
-    if (S::GenericSoundEssenceDescriptor const * sound = S::metadataSetAs<S::GenericSoundEssenceDescriptor>(
-            static_cast<Metadata::MetadataSet const *>(descriptor)))
-    {
-        d.audioSamplingRate = rational(sound->audioSamplingRate());
-        d.channels = sound->channelCount() ? sound->channelCount()->value() : 0;
-        d.quantizationBits = sound->quantizationBits() ? sound->quantizationBits()->value() : 0;
-    }
-    if (S::WAVEAudioEssenceDescriptor const * wave = S::metadataSetAs<S::WAVEAudioEssenceDescriptor>(
-            static_cast<Metadata::MetadataSet const *>(descriptor)))
-        d.blockAlign = wave->blockAlign() ? wave->blockAlign()->value() : 0;
+    addEssenceDetails(d, descriptor);
     out.push_back(d);
 }
 
@@ -451,7 +442,7 @@ PackageInfo readPackage(S::GenericPackage const & package)
     Metadata::MetadataSet const * set = &package;
     S::SourcePackage const * source = S::metadataSetAs<S::SourcePackage>(set);
     info.kind = S::metadataSetAs<S::MaterialPackage>(set) ? "material" : source ? "source" : "other";
-    info.uid = umid(package.packageUID());
+    info.uid = umidOf(package.packageUID());
     info.name = text(package.packageName());
     bool drop = false;
     std::int64_t start = 0;
@@ -486,7 +477,7 @@ PackageInfo readPackage(S::GenericPackage const & package)
         S::Sequence const * sequence = track->sequence();
         Types::UniversalLabel const * definition = sequence ? sequence->dataDefinition() : nullptr;
         t.kind = trackKind(definition);
-        t.dataDefinition = definition ? dottedLabel(definition->rawBuffer()) : std::string();
+        t.dataDefinition = definition ? dotted(definition->rawBuffer()) : std::string();
         if (sequence && sequence->duration())
         {
             t.hasDuration = true;
@@ -518,7 +509,7 @@ std::vector<PackageInfo> packagesOf(S::ContentStorage const & storage)
     {
         S::EssenceContainerData const * data = storage.essenceContainerData(i);
         if (data && data->linkedPackageUID())
-            containerData[umid(data->linkedPackageUID())] =
+            containerData[umidOf(data->linkedPackageUID())] =
                 std::make_pair(data->bodySID() ? data->bodySID()->value() : 0u,
                                data->indexSID() ? data->indexSID()->value() : 0u);
     }
@@ -557,7 +548,7 @@ void compareWithHeader(FileSummary & s, MXFIO::Partition & header)
     catch (Exceptions::BaseException const & e)
     {
         s.warnings.push_back(std::string("the header metadata of the header partition cannot be read: ") +
-                             Utils::narrow(e.message()).c_str());
+                             reason(e));
         return;
     }
     std::string const shown = "the partition at " + std::to_string(s.metadataPartition);
@@ -582,54 +573,57 @@ void compareWithHeader(FileSummary & s, MXFIO::Partition & header)
     }
 }
 
+// The metadata of `partition`, or null with a warning.
+Templates::SharedPtr<Metadata::PartitionMetadata> metadataOf(FileSummary & s, MXFIO::Partition & partition)
+{
+    try
+    {
+        return partition.metadata();
+    }
+    catch (Exceptions::BaseException const & e)
+    {
+        s.warnings.push_back("the header metadata of the partition at offset " +
+                             std::to_string(partition.partitionAbsoluteOffset()) + " cannot be read: " + reason(e));
+    }
+    return Templates::SharedPtr<Metadata::PartitionMetadata>();
+}
+
+// The partition whose metadata is final: the newest that has metadata, else the header.
+MXFIO::Partition * finalPartition(FileSummary & s, MXFIO::Reader2 & reader, MXFIO::Partition * header)
+{
+    try
+    {
+        MXFIO::Partition * newest = reader.backwardFirstPartitionWithFinalMetadata();
+        if (newest && newest->partitionPack().headerByteCount() != 0)
+            return newest;
+    }
+    catch (Exceptions::BaseException const & e)
+    {
+        s.warnings.push_back(std::string("the search for the final header metadata failed: ") + reason(e));
+    }
+    return header;
+}
+
+void readPreface(FileSummary & s, Metadata::PartitionMetadata const & metadata, MXFIO::Partition & header,
+                 bool fromHeader);
+
 void readMetadata(FileSummary & s)
 {
     S::initialize();
-    Templates::SharedPtr<MetaMetadata::Dictionary> dictionary = MetaMetadata::createStandardDictionary();
-    Templates::wstring widePath = Utils::wide(s.path.c_str());
-    DataIO::File::FileDataSource source(widePath.c_str(), 1 << 16);
-    MXFIO::Reader2 reader(source, dictionary, 65536);
+    DataIO::File::FileDataSource source(Utils::wide(s.path.c_str()).c_str(), 1 << 16);
+    MXFIO::Reader2 reader(source, MetaMetadata::createStandardDictionary(), MXFIO::PacketWalk::MAXIMUM_RUN_IN + 1);
     MXFIO::Partition * header = reader.headerPartition();
     if (!header)
     {
         s.warnings.push_back("the library's reader finds no header partition");
         return;
     }
-    MXFIO::Partition * chosen = header;
-    try
-    {
-        MXFIO::Partition * newest = reader.backwardFirstPartitionWithFinalMetadata();
-        if (newest && newest->partitionPack().headerByteCount() != 0)
-            chosen = newest;
-    }
-    catch (Exceptions::BaseException const & e)
-    {
-        s.warnings.push_back(std::string("the search for the final header metadata failed: ") +
-                             Utils::narrow(e.message()).c_str());
-    }
-    Templates::SharedPtr<Metadata::PartitionMetadata> metadata;
-    try
-    {
-        metadata = chosen->metadata();
-    }
-    catch (Exceptions::BaseException const & e)
-    {
-        s.warnings.push_back("the header metadata of the partition at offset " +
-                             std::to_string(chosen->partitionAbsoluteOffset()) +
-                             " cannot be read: " + Utils::narrow(e.message()).c_str());
-    }
+    MXFIO::Partition * chosen = finalPartition(s, reader, header);
+    Templates::SharedPtr<Metadata::PartitionMetadata> metadata = metadataOf(s, *chosen);
     if (!metadata.get() && chosen != header)
     {
         chosen = header;
-        try
-        {
-            metadata = header->metadata();
-        }
-        catch (Exceptions::BaseException const & e)
-        {
-            s.warnings.push_back(std::string("the header metadata of the header partition cannot be read: ") +
-                                 Utils::narrow(e.message()).c_str());
-        }
+        metadata = metadataOf(s, *header);
     }
     if (!metadata.get())
     {
@@ -637,11 +631,17 @@ void readMetadata(FileSummary & s)
         return;
     }
     s.metadataPartition = static_cast<std::int64_t>(chosen->partitionAbsoluteOffset());
+    readPreface(s, *metadata, *header, chosen == header);
+}
+
+void readPreface(FileSummary & s, Metadata::PartitionMetadata const & metadata, MXFIO::Partition & header,
+                 bool fromHeader)
+{
 
     S::Preface const * preface = nullptr;
     try
     {
-        preface = S::findPreface(*metadata);
+        preface = S::findPreface(metadata);
     }
     catch (Exceptions::BaseException const &)
     {
@@ -650,13 +650,13 @@ void readMetadata(FileSummary & s)
     }
     if (Types::UniversalLabel const * op = preface->operationalPattern())
     {
-        s.operationalPattern = dottedLabel(op->rawBuffer());
+        s.operationalPattern = dotted(op->rawBuffer());
         s.operationalPatternName = labelName(op->rawBuffer());
     }
     for (unsigned i = 0; i < preface->essenceContainersCount(); ++i)
         if (Types::UniversalLabel const * label = preface->essenceContainer(i))
         {
-            s.essenceContainers.push_back(dottedLabel(label->rawBuffer()));
+            s.essenceContainers.push_back(dotted(label->rawBuffer()));
             s.essenceContainerNames.push_back(labelName(label->rawBuffer()));
         }
     for (unsigned i = 0; i < preface->identificationsCount(); ++i)
@@ -667,10 +667,10 @@ void readMetadata(FileSummary & s)
         IdentificationInfo info;
         info.company = text(id->companyName());
         info.product = text(id->productName());
-        info.productVersion = productVersion(id->productVersion());
+        info.productVersion = versionOf(id->productVersion());
         info.versionString = text(id->versionString());
         info.platform = text(id->platform());
-        info.date = timestamp(id->modifiedDate());
+        info.date = timestampOf(id->modifiedDate());
         s.identifications.push_back(info);
     }
     S::ContentStorage const * storage = preface->contentStorage();
@@ -680,81 +680,20 @@ void readMetadata(FileSummary & s)
         return;
     }
     s.packages = packagesOf(*storage);
-    if (chosen != header && header->partitionPack().headerByteCount() != 0)
-        compareWithHeader(s, *header);
+    if (!fromHeader && header.partitionPack().headerByteCount() != 0)
+        compareWithHeader(s, header);
 }
 
 // ---------------------------------------------------------------------------------------------
 // Comparisons
 
-std::string partitionName(PartitionFound const & p)
+// The findings of the file's check, in the words of `vellum check`.
+void addFindings(FileSummary & s)
 {
-    char const * kind = p.kind == 2 ? "header" : p.kind == 3 ? "body" : p.kind == 4 ? "footer" : "unknown";
-    return std::string(kind) + " partition at offset " + std::to_string(p.offset);
-}
-
-void checkPartitions(FileSummary & s)
-{
-    std::vector<std::string> & w = s.warnings;
-    if (s.partitions.empty())
-        return;
-    PartitionFound const * footer = nullptr;
-    for (PartitionFound const & p : s.partitions)
-        if (p.kind == 4)
-            footer = &p;
-    if (!footer)
-        w.push_back("the file has no footer partition");
-    else if (footer != &s.partitions.back())
-        w.push_back("partitions follow the footer partition");
-    std::set<std::uint64_t> offsets;
-    for (size_t i = 0; i < s.partitions.size(); ++i)
-    {
-        PartitionFound const & p = s.partitions[i];
-        offsets.insert(relative(s, p.offset));
-        if (p.thisPartition != relative(s, p.offset))
-            w.push_back("the " + partitionName(p) + " says it stands at " + std::to_string(p.thisPartition));
-        std::uint64_t const previous = i == 0 ? 0 : relative(s, s.partitions[i - 1].offset);
-        if (p.previousPartition != previous)
-            w.push_back("the " + partitionName(p) + " points at a previous partition at " +
-                        std::to_string(p.previousPartition) + ", but the one before it is at " +
-                        std::to_string(previous));
-        if (p.footerPartition != 0 && (!footer || p.footerPartition != relative(s, footer->offset)))
-            w.push_back("the " + partitionName(p) + " points at a footer at " + std::to_string(p.footerPartition) +
-                        (footer ? ", but the footer is at " + std::to_string(relative(s, footer->offset))
-                                : ", but the file has no footer"));
-        if (p.headerByteCount != p.headerBytesFound)
-            w.push_back("the " + partitionName(p) + " declares " + std::to_string(p.headerByteCount) +
-                        " bytes of header metadata, " + std::to_string(p.headerBytesFound) + " were found");
-        if (p.indexByteCount != p.indexBytesFound)
-            w.push_back("the " + partitionName(p) + " declares " + std::to_string(p.indexByteCount) +
-                        " bytes of index table segments, " + std::to_string(p.indexBytesFound) + " were found");
-        if (p.essenceElements != 0 && p.bodySID == 0)
-            w.push_back("the " + partitionName(p) + " holds essence but has body SID 0");
-    }
-    if (!s.hasRip)
-    {
-        w.push_back("the file has no random index pack");
-        return;
-    }
-    std::map<std::uint64_t, unsigned> listed;
-    for (RipEntry const & e : s.rip)
-        listed[e.offset] = e.bodySID;
-    for (RipEntry const & e : s.rip)
-    {
-        PartitionFound const * at = nullptr;
-        for (PartitionFound const & p : s.partitions)
-            if (relative(s, p.offset) == e.offset)
-                at = &p;
-        if (!at)
-            w.push_back("the random index pack lists a partition at " + std::to_string(e.offset) + " (body SID " +
-                        std::to_string(e.bodySID) + ") that is not there");
-        else if (at->bodySID != e.bodySID)
-            w.push_back("the random index pack gives body SID " + std::to_string(e.bodySID) + " to the " +
-                        partitionName(*at) + ", whose pack says " + std::to_string(at->bodySID));
-    }
-    for (PartitionFound const & p : s.partitions)
-        if (listed.find(relative(s, p.offset)) == listed.end())
-            w.push_back("the " + partitionName(p) + " is missing from the random index pack");
+    MXFIO::FileChecker checker(Utils::wide(s.path.c_str()).c_str());
+    Templates::vector<MXFIO::Finding> const findings = checker.run();
+    for (MXFIO::Finding const & f : findings)
+        s.warnings.push_back(std::string(f.code) + " at " + std::to_string(f.offset) + ": " + narrow(f.message));
 }
 
 // The index segments of each essence container, each span once (a segment repeated in a later
@@ -767,6 +706,24 @@ std::map<unsigned, std::vector<SegmentFound const *>> segmentsBySID(FileSummary 
         if (seen.insert(std::make_pair(g.bodySID, g.startPosition)).second)
             bySID[g.bodySID].push_back(&g);
     return bySID;
+}
+
+// The edit units of a clip of sound from its bytes, the bytes of a sample and the sampling rate;
+// -1 when they cannot be told so.
+std::int64_t soundEditUnits(TrackInfo const & t, DescriptorInfo const * descriptor, StreamFound const & stream)
+{
+    unsigned blockAlign = descriptor ? descriptor->blockAlign : 0;
+    if (descriptor && blockAlign == 0 && descriptor->channels != 0 && descriptor->quantizationBits != 0)
+        blockAlign = descriptor->channels * ((descriptor->quantizationBits + 7) / 8);
+    long long rateNumerator = 0, rateDenominator = 0;
+    if (!descriptor ||
+        std::sscanf(descriptor->audioSamplingRate.c_str(), "%lld/%lld", &rateNumerator, &rateDenominator) != 2 ||
+        blockAlign == 0 || rateDenominator <= 0 || t.editRateNumerator <= 0 || t.editRateDenominator <= 0)
+        return -1;
+    // Samples in one edit unit: the sampling rate over the edit rate.
+    long double const samples = static_cast<long double>(rateNumerator) * t.editRateDenominator /
+                                (static_cast<long double>(rateDenominator) * t.editRateNumerator);
+    return static_cast<std::int64_t>(stream.bytes / (samples * blockAlign) + 1e-9L);
 }
 
 void countEditUnits(FileSummary & s)
@@ -805,20 +762,9 @@ void countEditUnits(FileSummary & s)
                 continue;
             }
             // A clip: its edit units follow from the bytes of a sample, or from the index.
-            unsigned blockAlign = descriptor ? descriptor->blockAlign : 0;
-            if (descriptor && blockAlign == 0 && descriptor->channels != 0 && descriptor->quantizationBits != 0)
-                blockAlign = descriptor->channels * ((descriptor->quantizationBits + 7) / 8);
-            long long rateNumerator = 0, rateDenominator = 0;
-            if (descriptor && std::sscanf(descriptor->audioSamplingRate.c_str(), "%lld/%lld", &rateNumerator,
-                                          &rateDenominator) == 2 &&
-                blockAlign != 0 && rateDenominator > 0 && t.editRateNumerator > 0 && t.editRateDenominator > 0)
-            {
-                // Samples in one edit unit: the sampling rate over the edit rate.
-                long double const samples = static_cast<long double>(rateNumerator) * t.editRateDenominator /
-                                            (static_cast<long double>(rateDenominator) * t.editRateNumerator);
-                t.editUnitsFound = static_cast<std::int64_t>(stream->bytes / (samples * blockAlign) + 1e-9L);
+            t.editUnitsFound = soundEditUnits(t, descriptor, *stream);
+            if (t.editUnitsFound >= 0)
                 continue;
-            }
             auto segments = index.find(stream->bodySID);
             if (segments == index.end())
                 continue;
@@ -895,22 +841,18 @@ FileSummary summarize(std::string const & path)
 {
     FileSummary s;
     s.path = path;
-    struct stat status;
-    if (::stat(path.c_str(), &status) != 0)
-        VELLUM_THROW(NotFound, ("cannot open " + path).c_str());
-    s.fileSize = static_cast<std::uint64_t>(status.st_size);
     walkFile(s);
     if (s.partitions.empty())
         VELLUM_THROW(InvalidFormat, "no partition pack was found: this is not an MXF file");
+    addFindings(s);
     try
     {
         readMetadata(s);
     }
     catch (Exceptions::BaseException const & e)
     {
-        s.warnings.push_back(std::string("the header metadata cannot be read: ") + Utils::narrow(e.message()).c_str());
+        s.warnings.push_back(std::string("the header metadata cannot be read: ") + reason(e));
     }
-    checkPartitions(s);
     countEditUnits(s);
     checkTracks(s);
     return s;

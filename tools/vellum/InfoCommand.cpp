@@ -2,52 +2,34 @@
 // elements come from a walk over every packet; packages, tracks and descriptors from the header
 // metadata that the reader takes as final. Where the two disagree, a "warning:" line says so.
 
+#include <CLI/CLI.hpp>
 #include <cinttypes>
 #include <cstdio>
+#include <memory>
+#include <nlohmann/json.hpp>
 #include <string>
 
 #include "Commands.h"
-#include "Exceptions/Exceptions.h"
 #include "FileSummary.h"
-#include "JsonValue.h"
-#include "Utils/Text.h"
+#include "Format.h"
+#include "MXFIO/PacketWalk.h"
 
 namespace VellumTool
 {
 namespace
 {
-char const * partitionKind(unsigned kind)
-{
-    switch (kind)
-    {
-    case 2:
-        return "header";
-    case 3:
-        return "body";
-    case 4:
-        return "footer";
-    default:
-        return "unknown";
-    }
-}
+using Json = nlohmann::ordered_json;
 
-char const * partitionStatus(unsigned status)
+struct InfoOptions
 {
-    switch (status)
-    {
-    case 1:
-        return "open incomplete";
-    case 2:
-        return "closed incomplete";
-    case 3:
-        return "open complete";
-    case 4:
-        return "closed complete";
-    case 0x11:
-        return "generic stream";
-    default:
-        return "unknown";
-    }
+    std::string path;
+    bool json = false;
+};
+
+char const * kindWord(unsigned kind) { return Vellum::MXFIO::partitionKindWord(static_cast<unsigned char>(kind)); }
+char const * statusWord(unsigned status)
+{
+    return Vellum::MXFIO::partitionStatusWord(static_cast<unsigned char>(status));
 }
 
 std::string withName(std::string const & label, std::string const & name)
@@ -57,196 +39,151 @@ std::string withName(std::string const & label, std::string const & name)
     return name.empty() ? label : name + " (" + label + ")";
 }
 
-std::string rate(int numerator, int denominator)
-{
-    return std::to_string(numerator) + "/" + std::to_string(denominator);
-}
+std::string hex8(std::uint32_t value) { return hex(value, 8).substr(2); }
 
-std::string hex8(std::uint32_t value)
-{
-    char buffer[16];
-    std::snprintf(buffer, sizeof buffer, "%08x", value);
-    return buffer;
-}
+Json textOrNull(std::string const & text) { return text.empty() ? Json() : Json(text); }
 
-JsonValue textOrNull(std::string const & text)
-{
-    return text.empty() ? JsonValue::null() : JsonValue::text(text);
-}
-
-JsonValue labelJson(std::string const & label, std::string const & name)
+Json labelJson(std::string const & label, std::string const & name)
 {
     if (label.empty())
-        return JsonValue::null();
-    return JsonValue::object().set("label", JsonValue::text(label)).set("name", textOrNull(name));
+        return Json();
+    return Json{{"label", label}, {"name", textOrNull(name)}};
 }
 
-JsonValue toJson(FileSummary const & s)
+Json partitionJson(PartitionFound const & p)
 {
-    JsonValue root = JsonValue::object();
-    root.set("file", JsonValue::text(s.path));
-    root.set("size", JsonValue::unsignedNumber(s.fileSize));
-    root.set("runIn", JsonValue::unsignedNumber(s.runIn));
-    root.set("packets", JsonValue::unsignedNumber(s.packets));
+    return Json{{"offset", p.offset},
+                {"kind", kindWord(p.kind)},
+                {"status", statusWord(p.status)},
+                {"thisPartition", p.thisPartition},
+                {"previousPartition", p.previousPartition},
+                {"footerPartition", p.footerPartition},
+                {"bodySID", p.bodySID},
+                {"indexSID", p.indexSID},
+                {"bodyOffset", p.bodyOffset},
+                {"kagSize", p.kagSize},
+                {"headerByteCount", p.headerByteCount},
+                {"headerBytesFound", p.headerBytesFound},
+                {"indexByteCount", p.indexByteCount},
+                {"indexBytesFound", p.indexBytesFound},
+                {"essenceElements", p.essenceElements},
+                {"essenceBytes", p.essenceBytes},
+                {"operationalPattern", textOrNull(p.operationalPattern)},
+                {"essenceContainers", p.essenceContainers}};
+}
 
-    JsonValue partitions = JsonValue::array();
-    for (PartitionFound const & p : s.partitions)
+Json trackJson(TrackInfo const & t)
+{
+    Json track{{"id", t.id},
+               {"number", t.number},
+               {"name", textOrNull(t.name)},
+               {"kind", t.kind},
+               {"dataDefinition", textOrNull(t.dataDefinition)},
+               {"editRate", rational(t.editRateNumerator, t.editRateDenominator)},
+               {"origin", t.origin},
+               {"duration", t.hasDuration ? Json(t.duration) : Json()},
+               {"durationTimecode", textOrNull(t.durationTimecode)}};
+    if (t.editUnitsFound >= 0 || t.elementsFound >= 0)
+        track["found"] = Json{{"elements", t.elementsFound},
+                              {"editUnits", t.editUnitsFound < 0 ? Json() : Json(t.editUnitsFound)},
+                              {"bytes", t.bytesFound},
+                              {"clipWrapped", t.clipWrapped}};
+    return track;
+}
+
+Json descriptorJson(DescriptorInfo const & d)
+{
+    Json descriptor{{"class", d.className},
+                    {"linkedTrackID", d.hasLinkedTrackID ? Json(d.linkedTrackID) : Json()},
+                    {"essenceContainer", labelJson(d.essenceContainer, d.essenceContainerName)},
+                    {"sampleRate", textOrNull(d.sampleRate)},
+                    {"containerDuration", d.hasContainerDuration ? Json(d.containerDuration) : Json()}};
+    if (d.storedWidth != 0 || d.storedHeight != 0)
     {
-        JsonValue containers = JsonValue::array();
-        for (std::string const & c : p.essenceContainers)
-            containers.push(JsonValue::text(c));
-        partitions.push(JsonValue::object()
-                            .set("offset", JsonValue::unsignedNumber(p.offset))
-                            .set("kind", JsonValue::text(partitionKind(p.kind)))
-                            .set("status", JsonValue::text(partitionStatus(p.status)))
-                            .set("thisPartition", JsonValue::unsignedNumber(p.thisPartition))
-                            .set("previousPartition", JsonValue::unsignedNumber(p.previousPartition))
-                            .set("footerPartition", JsonValue::unsignedNumber(p.footerPartition))
-                            .set("bodySID", JsonValue::unsignedNumber(p.bodySID))
-                            .set("indexSID", JsonValue::unsignedNumber(p.indexSID))
-                            .set("bodyOffset", JsonValue::unsignedNumber(p.bodyOffset))
-                            .set("kagSize", JsonValue::unsignedNumber(p.kagSize))
-                            .set("headerByteCount", JsonValue::unsignedNumber(p.headerByteCount))
-                            .set("headerBytesFound", JsonValue::unsignedNumber(p.headerBytesFound))
-                            .set("indexByteCount", JsonValue::unsignedNumber(p.indexByteCount))
-                            .set("indexBytesFound", JsonValue::unsignedNumber(p.indexBytesFound))
-                            .set("essenceElements", JsonValue::unsignedNumber(p.essenceElements))
-                            .set("essenceBytes", JsonValue::unsignedNumber(p.essenceBytes))
-                            .set("operationalPattern", textOrNull(p.operationalPattern))
-                            .set("essenceContainers", containers));
+        descriptor["storedWidth"] = d.storedWidth;
+        descriptor["storedHeight"] = d.storedHeight;
     }
-    root.set("partitions", partitions);
-
-    if (s.hasRip)
+    if (!d.pictureCoding.empty())
+        descriptor["pictureEssenceCoding"] = labelJson(d.pictureCoding, d.pictureCodingName);
+    if (!d.audioSamplingRate.empty())
     {
-        JsonValue rip = JsonValue::array();
-        for (RipEntry const & e : s.rip)
-            rip.push(JsonValue::object()
-                         .set("bodySID", JsonValue::unsignedNumber(e.bodySID))
-                         .set("offset", JsonValue::unsignedNumber(e.offset)));
-        root.set("rip", rip);
+        descriptor["audioSamplingRate"] = d.audioSamplingRate;
+        descriptor["channels"] = d.channels;
+        descriptor["quantizationBits"] = d.quantizationBits;
+        if (d.blockAlign != 0)
+            descriptor["blockAlign"] = d.blockAlign;
     }
-    else
-        root.set("rip", JsonValue::null());
+    return descriptor;
+}
 
-    root.set("metadataPartition", s.metadataPartition < 0 ? JsonValue::null() : JsonValue::number(s.metadataPartition));
-    root.set("operationalPattern", labelJson(s.operationalPattern, s.operationalPatternName));
-    JsonValue containers = JsonValue::array();
+Json packageJson(PackageInfo const & p)
+{
+    Json tracks = Json::array(), descriptors = Json::array();
+    for (TrackInfo const & t : p.tracks)
+        tracks.push_back(trackJson(t));
+    for (DescriptorInfo const & d : p.descriptors)
+        descriptors.push_back(descriptorJson(d));
+    return Json{{"kind", p.kind},
+                {"uid", textOrNull(p.uid)},
+                {"name", textOrNull(p.name)},
+                {"startTimecode", textOrNull(p.startTimecode)},
+                {"bodySID", p.hasEssenceContainerData ? Json(p.bodySID) : Json()},
+                {"indexSID", p.hasEssenceContainerData ? Json(p.indexSID) : Json()},
+                {"tracks", tracks},
+                {"descriptors", descriptors}};
+}
+
+Json segmentJson(SegmentFound const & g)
+{
+    return Json{{"offset", g.offset},
+                {"indexSID", g.indexSID},
+                {"bodySID", g.bodySID},
+                {"editRate", rational(g.editRateNumerator, g.editRateDenominator)},
+                {"startPosition", g.startPosition},
+                {"duration", g.duration},
+                {"editUnitByteCount", g.editUnitByteCount},
+                {"indexEntries", g.indexEntries},
+                {"deltaEntries", g.deltaEntries}};
+}
+
+// Each item of `items` as JSON.
+template <class Item, class Convert> Json each(std::vector<Item> const & items, Convert convert)
+{
+    Json all = Json::array();
+    for (Item const & item : items)
+        all.push_back(convert(item));
+    return all;
+}
+
+Json toJson(FileSummary const & s)
+{
+    Json root{{"file", s.path}, {"size", s.fileSize}, {"runIn", s.runIn}, {"packets", s.packets}};
+    root["partitions"] = each(s.partitions, partitionJson);
+    root["rip"] = s.hasRip ? each(s.rip, [](RipEntry const & e) { return Json{{"bodySID", e.bodySID}, {"offset", e.offset}}; })
+                           : Json();
+    root["metadataPartition"] = s.metadataPartition < 0 ? Json() : Json(s.metadataPartition);
+    root["operationalPattern"] = labelJson(s.operationalPattern, s.operationalPatternName);
+    root["essenceContainers"] = Json::array();
     for (size_t i = 0; i < s.essenceContainers.size(); ++i)
-        containers.push(labelJson(s.essenceContainers[i], s.essenceContainerNames[i]));
-    root.set("essenceContainers", containers);
-
-    JsonValue identifications = JsonValue::array();
-    for (IdentificationInfo const & id : s.identifications)
-        identifications.push(JsonValue::object()
-                                 .set("company", textOrNull(id.company))
-                                 .set("product", textOrNull(id.product))
-                                 .set("productVersion", textOrNull(id.productVersion))
-                                 .set("versionString", textOrNull(id.versionString))
-                                 .set("platform", textOrNull(id.platform))
-                                 .set("date", textOrNull(id.date)));
-    root.set("identifications", identifications);
-
-    JsonValue packages = JsonValue::array();
-    for (PackageInfo const & p : s.packages)
-    {
-        JsonValue tracks = JsonValue::array();
-        for (TrackInfo const & t : p.tracks)
-        {
-            JsonValue track = JsonValue::object()
-                                  .set("id", JsonValue::unsignedNumber(t.id))
-                                  .set("number", JsonValue::unsignedNumber(t.number))
-                                  .set("name", textOrNull(t.name))
-                                  .set("kind", JsonValue::text(t.kind))
-                                  .set("dataDefinition", textOrNull(t.dataDefinition))
-                                  .set("editRate", JsonValue::text(rate(t.editRateNumerator, t.editRateDenominator)))
-                                  .set("origin", JsonValue::number(t.origin))
-                                  .set("duration", t.hasDuration ? JsonValue::number(t.duration) : JsonValue::null())
-                                  .set("durationTimecode", textOrNull(t.durationTimecode));
-            if (t.editUnitsFound >= 0 || t.elementsFound >= 0)
-                track.set("found", JsonValue::object()
-                                       .set("elements", JsonValue::number(t.elementsFound))
-                                       .set("editUnits", t.editUnitsFound < 0 ? JsonValue::null()
-                                                                              : JsonValue::number(t.editUnitsFound))
-                                       .set("bytes", JsonValue::number(t.bytesFound))
-                                       .set("clipWrapped", JsonValue::boolean(t.clipWrapped)));
-            tracks.push(track);
-        }
-        JsonValue descriptors = JsonValue::array();
-        for (DescriptorInfo const & d : p.descriptors)
-        {
-            JsonValue descriptor = JsonValue::object().set("class", JsonValue::text(d.className));
-            descriptor.set("linkedTrackID",
-                           d.hasLinkedTrackID ? JsonValue::unsignedNumber(d.linkedTrackID) : JsonValue::null());
-            descriptor.set("essenceContainer", labelJson(d.essenceContainer, d.essenceContainerName));
-            descriptor.set("sampleRate", textOrNull(d.sampleRate));
-            descriptor.set("containerDuration",
-                           d.hasContainerDuration ? JsonValue::number(d.containerDuration) : JsonValue::null());
-            if (d.storedWidth != 0 || d.storedHeight != 0)
-            {
-                descriptor.set("storedWidth", JsonValue::unsignedNumber(d.storedWidth));
-                descriptor.set("storedHeight", JsonValue::unsignedNumber(d.storedHeight));
-            }
-            if (!d.pictureCoding.empty())
-                descriptor.set("pictureEssenceCoding", labelJson(d.pictureCoding, d.pictureCodingName));
-            if (!d.audioSamplingRate.empty())
-            {
-                descriptor.set("audioSamplingRate", JsonValue::text(d.audioSamplingRate));
-                descriptor.set("channels", JsonValue::unsignedNumber(d.channels));
-                descriptor.set("quantizationBits", JsonValue::unsignedNumber(d.quantizationBits));
-                if (d.blockAlign != 0)
-                    descriptor.set("blockAlign", JsonValue::unsignedNumber(d.blockAlign));
-            }
-            descriptors.push(descriptor);
-        }
-        packages.push(JsonValue::object()
-                          .set("kind", JsonValue::text(p.kind))
-                          .set("uid", textOrNull(p.uid))
-                          .set("name", textOrNull(p.name))
-                          .set("startTimecode", textOrNull(p.startTimecode))
-                          .set("bodySID", p.hasEssenceContainerData ? JsonValue::unsignedNumber(p.bodySID)
-                                                                    : JsonValue::null())
-                          .set("indexSID", p.hasEssenceContainerData ? JsonValue::unsignedNumber(p.indexSID)
-                                                                     : JsonValue::null())
-                          .set("tracks", tracks)
-                          .set("descriptors", descriptors));
-    }
-    root.set("packages", packages);
-
-    JsonValue segments = JsonValue::array();
-    for (SegmentFound const & g : s.segments)
-        segments.push(JsonValue::object()
-                          .set("offset", JsonValue::unsignedNumber(g.offset))
-                          .set("indexSID", JsonValue::unsignedNumber(g.indexSID))
-                          .set("bodySID", JsonValue::unsignedNumber(g.bodySID))
-                          .set("editRate", JsonValue::text(rate(g.editRateNumerator, g.editRateDenominator)))
-                          .set("startPosition", JsonValue::number(g.startPosition))
-                          .set("duration", JsonValue::number(g.duration))
-                          .set("editUnitByteCount", JsonValue::unsignedNumber(g.editUnitByteCount))
-                          .set("indexEntries", JsonValue::unsignedNumber(g.indexEntries))
-                          .set("deltaEntries", JsonValue::unsignedNumber(g.deltaEntries)));
-    root.set("indexSegments", segments);
-
-    JsonValue streams = JsonValue::array();
-    for (StreamFound const & f : s.streams)
-        streams.push(JsonValue::object()
-                         .set("bodySID", JsonValue::unsignedNumber(f.bodySID))
-                         .set("trackNumber", JsonValue::unsignedNumber(f.trackNumber))
-                         .set("elements", JsonValue::unsignedNumber(f.elements))
-                         .set("bytes", JsonValue::unsignedNumber(f.bytes))
-                         .set("firstOffset", JsonValue::unsignedNumber(f.firstOffset)));
-    root.set("essenceStreams", streams);
-    root.set("systemItems", JsonValue::unsignedNumber(s.systemItems));
-    root.set("unknownPackets", JsonValue::unsignedNumber(s.unknownPackets));
-
-    JsonValue warnings = JsonValue::array();
-    for (std::string const & w : s.warnings)
-        warnings.push(JsonValue::text(w));
-    root.set("warnings", warnings);
+        root["essenceContainers"].push_back(labelJson(s.essenceContainers[i], s.essenceContainerNames[i]));
+    root["identifications"] = each(s.identifications, [](IdentificationInfo const & id) {
+        return Json{{"company", textOrNull(id.company)},       {"product", textOrNull(id.product)},
+                    {"productVersion", textOrNull(id.productVersion)}, {"versionString", textOrNull(id.versionString)},
+                    {"platform", textOrNull(id.platform)},     {"date", textOrNull(id.date)}};
+    });
+    root["packages"] = each(s.packages, packageJson);
+    root["indexSegments"] = each(s.segments, segmentJson);
+    root["essenceStreams"] = each(s.streams, [](StreamFound const & f) {
+        return Json{{"bodySID", f.bodySID}, {"trackNumber", f.trackNumber}, {"elements", f.elements},
+                    {"bytes", f.bytes},     {"firstOffset", f.firstOffset}};
+    });
+    root["systemItems"] = s.systemItems;
+    root["unknownPackets"] = s.unknownPackets;
+    root["warnings"] = s.warnings;
     return root;
 }
 
-void printText(FileSummary const & s)
+void printHead(FileSummary const & s)
 {
     std::printf("file: %s\n", s.path.c_str());
     std::printf("size: %" PRIu64 " bytes\n", s.fileSize);
@@ -258,74 +195,80 @@ void printText(FileSummary const & s)
         std::printf("written by: %s, %s %s%s%s, %s\n", id.company.empty() ? "?" : id.company.c_str(),
                     id.product.empty() ? "?" : id.product.c_str(), id.productVersion.c_str(),
                     id.versionString.empty() ? "" : " ", id.versionString.c_str(), id.date.c_str());
-
     std::printf("partitions: %zu\n", s.partitions.size());
     for (PartitionFound const & p : s.partitions)
         std::printf("  %10" PRIu64 "  %-6s %-17s  body SID %u  index SID %u  header %" PRIu64 " bytes  index %" PRIu64
                     " bytes  essence %" PRIu64 " elements\n",
-                    p.offset, partitionKind(p.kind), partitionStatus(p.status), p.bodySID, p.indexSID,
-                    p.headerByteCount, p.indexByteCount, p.essenceElements);
+                    p.offset, kindWord(p.kind), statusWord(p.status), p.bodySID, p.indexSID, p.headerByteCount,
+                    p.indexByteCount, p.essenceElements);
     if (s.hasRip)
-    {
         std::printf("random index pack: %zu entries\n", s.rip.size());
-        for (RipEntry const & e : s.rip)
-            std::printf("  %10" PRIu64 "  body SID %u\n", e.offset, e.bodySID);
-    }
     else
         std::printf("random index pack: none\n");
+    for (RipEntry const & e : s.rip)
+        std::printf("  %10" PRIu64 "  body SID %u\n", e.offset, e.bodySID);
     if (s.metadataPartition >= 0)
         std::printf("header metadata from the partition at %" PRId64 "\n", s.metadataPartition);
+}
 
-    for (PackageInfo const & p : s.packages)
-    {
-        std::printf("%s package %s%s%s%s\n", p.kind.c_str(), p.uid.c_str(), p.name.empty() ? "" : " \"",
-                    p.name.c_str(), p.name.empty() ? "" : "\"");
-        if (p.hasEssenceContainerData)
-            std::printf("  essence in body SID %u, index SID %u\n", p.bodySID, p.indexSID);
-        if (!p.startTimecode.empty())
-            std::printf("  start timecode %s\n", p.startTimecode.c_str());
-        for (TrackInfo const & t : p.tracks)
-        {
-            std::string duration = t.hasDuration ? std::to_string(t.duration) : std::string("?");
-            if (!t.durationTimecode.empty())
-                duration += " (" + t.durationTimecode + ")";
-            std::printf("  track %u  %-10s number %s  edit rate %s  origin %" PRId64 "  duration %s\n", t.id,
-                        t.kind.c_str(), hex8(t.number).c_str(), rate(t.editRateNumerator, t.editRateDenominator).c_str(),
-                        t.origin, duration.c_str());
-            if (t.elementsFound >= 0)
-                std::printf("    found: %" PRId64 " edit units in %" PRId64 " elements, %" PRId64 " bytes%s\n",
-                            t.editUnitsFound, t.elementsFound, t.bytesFound, t.clipWrapped ? " (clip wrapped)" : "");
-        }
-        for (DescriptorInfo const & d : p.descriptors)
-        {
-            std::string line = "  descriptor " + d.className;
-            if (d.hasLinkedTrackID)
-                line += " of track " + std::to_string(d.linkedTrackID);
-            if (!d.essenceContainer.empty())
-                line += ": " + withName(d.essenceContainer, d.essenceContainerName);
-            std::printf("%s\n", line.c_str());
-            std::string details;
-            if (d.storedWidth != 0 || d.storedHeight != 0)
-                details += " picture " + std::to_string(d.storedWidth) + "x" + std::to_string(d.storedHeight);
-            if (!d.pictureCodingName.empty())
-                details += " " + d.pictureCodingName;
-            if (!d.sampleRate.empty())
-                details += " sample rate " + d.sampleRate;
-            if (!d.audioSamplingRate.empty())
-                details += " audio " + d.audioSamplingRate + " Hz, " + std::to_string(d.channels) + " channels, " +
-                           std::to_string(d.quantizationBits) + " bits";
-            if (d.hasContainerDuration)
-                details += " container duration " + std::to_string(d.containerDuration);
-            if (!details.empty())
-                std::printf("   %s\n", details.c_str());
-        }
-    }
+void printTrack(TrackInfo const & t)
+{
+    std::string duration = t.hasDuration ? std::to_string(t.duration) : std::string("?");
+    if (!t.durationTimecode.empty())
+        duration += " (" + t.durationTimecode + ")";
+    std::printf("  track %u  %-10s number %s  edit rate %s  origin %" PRId64 "  duration %s\n", t.id, t.kind.c_str(),
+                hex8(t.number).c_str(), rational(t.editRateNumerator, t.editRateDenominator).c_str(), t.origin,
+                duration.c_str());
+    if (t.elementsFound >= 0)
+        std::printf("    found: %" PRId64 " edit units in %" PRId64 " elements, %" PRId64 " bytes%s\n", t.editUnitsFound,
+                    t.elementsFound, t.bytesFound, t.clipWrapped ? " (clip wrapped)" : "");
+}
 
+void printDescriptor(DescriptorInfo const & d)
+{
+    std::string line = "  descriptor " + d.className;
+    if (d.hasLinkedTrackID)
+        line += " of track " + std::to_string(d.linkedTrackID);
+    if (!d.essenceContainer.empty())
+        line += ": " + withName(d.essenceContainer, d.essenceContainerName);
+    std::printf("%s\n", line.c_str());
+    std::string details;
+    if (d.storedWidth != 0 || d.storedHeight != 0)
+        details += " picture " + std::to_string(d.storedWidth) + "x" + std::to_string(d.storedHeight);
+    if (!d.pictureCodingName.empty())
+        details += " " + d.pictureCodingName;
+    if (!d.sampleRate.empty())
+        details += " sample rate " + d.sampleRate;
+    if (!d.audioSamplingRate.empty())
+        details += " audio " + d.audioSamplingRate + " Hz, " + std::to_string(d.channels) + " channels, " +
+                   std::to_string(d.quantizationBits) + " bits";
+    if (d.hasContainerDuration)
+        details += " container duration " + std::to_string(d.containerDuration);
+    if (!details.empty())
+        std::printf("   %s\n", details.c_str());
+}
+
+void printPackage(PackageInfo const & p)
+{
+    std::printf("%s package %s%s%s%s\n", p.kind.c_str(), p.uid.c_str(), p.name.empty() ? "" : " \"", p.name.c_str(),
+                p.name.empty() ? "" : "\"");
+    if (p.hasEssenceContainerData)
+        std::printf("  essence in body SID %u, index SID %u\n", p.bodySID, p.indexSID);
+    if (!p.startTimecode.empty())
+        std::printf("  start timecode %s\n", p.startTimecode.c_str());
+    for (TrackInfo const & t : p.tracks)
+        printTrack(t);
+    for (DescriptorInfo const & d : p.descriptors)
+        printDescriptor(d);
+}
+
+void printTail(FileSummary const & s)
+{
     std::printf("index table segments: %zu\n", s.segments.size());
     for (SegmentFound const & g : s.segments)
     {
         std::printf("  %10" PRIu64 "  index SID %u  body SID %u  edit rate %s  start %" PRId64 "  duration %" PRId64,
-                    g.offset, g.indexSID, g.bodySID, rate(g.editRateNumerator, g.editRateDenominator).c_str(),
+                    g.offset, g.indexSID, g.bodySID, rational(g.editRateNumerator, g.editRateDenominator).c_str(),
                     g.startPosition, g.duration);
         if (g.editUnitByteCount != 0)
             std::printf("  constant edit unit size %u bytes\n", g.editUnitByteCount);
@@ -343,40 +286,37 @@ void printText(FileSummary const & s)
     for (std::string const & w : s.warnings)
         std::printf("warning: %s\n", w.c_str());
 }
-} // namespace
 
-int infoCommand(Arguments const & arguments)
+int info(InfoOptions const & options)
 {
-    std::string path;
-    bool asJson = false;
-    bool wrong = false;
-    for (std::string const & argument : arguments)
-    {
-        if (argument == "--json")
-            asJson = true;
-        else if (path.empty() && argument.compare(0, 2, "--") != 0)
-            path = argument;
-        else
-            wrong = true;
-    }
-    if (path.empty() || wrong)
-    {
-        std::fprintf(stderr, "usage: vellum info FILE [--json]\n");
-        return 2;
-    }
     try
     {
-        FileSummary summary = summarize(path);
-        if (asJson)
-            std::printf("%s\n", toJson(summary).write().c_str());
+        FileSummary const summary = summarize(options.path);
+        if (options.json)
+            printJson(toJson(summary));
         else
-            printText(summary);
+        {
+            printHead(summary);
+            for (PackageInfo const & p : summary.packages)
+                printPackage(p);
+            printTail(summary);
+        }
     }
     catch (Vellum::Exceptions::BaseException const & e)
     {
-        std::fprintf(stderr, "vellum info: %s\n", Vellum::Utils::narrow(e.message()).c_str());
-        return 1;
+        return fileFailure(options.path, e);
     }
     return 0;
+}
+} // namespace
+
+Command addInfoCommand(CLI::App & program)
+{
+    auto options = std::make_shared<InfoOptions>();
+    CLI::App * command = program.add_subcommand("info", "a summary: partitions, RIP, packages and tracks, descriptors, "
+                                                        "index, the essence found in the body, and warnings");
+    command->add_option("FILE", options->path, "the MXF file")->required();
+    command->add_flag("--json", options->json, "print the summary as JSON");
+    return Command{command, [options] { return info(*options); }};
 }
 } // namespace VellumTool

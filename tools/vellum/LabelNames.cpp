@@ -67,17 +67,4 @@ std::string labelName(unsigned char const * label)
     return std::string();
 }
 
-std::string dottedLabel(unsigned char const * label)
-{
-    static char const digits[] = "0123456789abcdef";
-    std::string text;
-    for (unsigned i = 0; i < 16; ++i)
-    {
-        if (i != 0)
-            text += '.';
-        text += digits[label[i] >> 4];
-        text += digits[label[i] & 15];
-    }
-    return text;
-}
 } // namespace VellumTool

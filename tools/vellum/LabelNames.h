@@ -10,7 +10,4 @@ namespace VellumTool
 // not compared. A label that is not in the table takes the name of the closest node above it
 // (its last non-zero bytes dropped one by one), so qualifier bytes still give a family name.
 std::string labelName(unsigned char const * label);
-
-// "06.0e.2b.34...." in lower case.
-std::string dottedLabel(unsigned char const * label);
 } // namespace VellumTool

@@ -2,7 +2,9 @@
 // Preface down by strong references: each set with its class, instance UID and elements; invalid
 // elements, dark sets and orphans marked.
 
+#include <CLI/CLI.hpp>
 #include <cstdio>
+#include <nlohmann/json.hpp>
 #include <map>
 #include <memory>
 #include <set>
@@ -12,7 +14,8 @@
 #include "Commands.h"
 #include "DataIO/File/FileDataSource.h"
 #include "Exceptions/Exceptions.h"
-#include "JsonValue.h"
+#include "Format.h"
+#include "MXFIO/PacketWalk.h"
 #include "KLV/KeyPredicates.h"
 #include "KLV/Packet.h"
 #include "KLV/Reader.h"
@@ -73,29 +76,8 @@ using namespace Vellum;
 using Metadata::MetadataSet;
 using Metadata::PartitionMetadata;
 
-// A run-in is at most 64 KiB long.
-uint64 const MAXIMUM_RUN_IN = 65535;
 // Opaque values are shown up to this many bytes.
 unsigned const SHOWN_BYTES = 32;
-
-std::string narrow(Templates::wstring const & text) { return Utils::narrow(text).c_str(); }
-std::string narrow(unsigned short const * text) { return Utils::narrow(text).c_str(); }
-
-std::string hexBytes(unsigned char const * bytes, unsigned size, char const * separator)
-{
-    static char const digits[] = "0123456789abcdef";
-    std::string text;
-    for (unsigned i = 0; i < size; ++i)
-    {
-        if (i != 0)
-            text += separator;
-        text += digits[bytes[i] >> 4];
-        text += digits[bytes[i] & 15];
-    }
-    return text;
-}
-
-std::string dotted(unsigned char const * bytes) { return hexBytes(bytes, 16, "."); }
 
 std::string propertyName(MetaMetadata::PropertyMap const & object)
 {
@@ -200,13 +182,6 @@ private:
 
 std::string quoted(std::string const & text) { return "\"" + text + "\""; }
 
-std::string twoDigits(unsigned value)
-{
-    char buffer[8];
-    std::snprintf(buffer, sizeof buffer, "%02u", value % 100);
-    return buffer;
-}
-
 // The text of a value, and the instance UID of the set that a reference names.
 class ValueText : public Types::Visitors::DelegateToBaseVisitor
 {
@@ -233,14 +208,7 @@ public:
     {
         text_ = std::to_string(v.numerator()) + "/" + std::to_string(v.denominator());
     }
-    void visit(Types::Timestamp const & v) override
-    {
-        char buffer[48];
-        std::snprintf(buffer, sizeof buffer, "%04u-%s-%sT%s:%s:%s.%03uZ", unsigned(v.year()),
-                      twoDigits(v.month()).c_str(), twoDigits(v.day()).c_str(), twoDigits(v.hour()).c_str(),
-                      twoDigits(v.minute()).c_str(), twoDigits(v.second()).c_str(), unsigned(v.milliSecond()));
-        text_ = buffer;
-    }
+    void visit(Types::Timestamp const & v) override { text_ = timestamp(v); }
     void visit(Types::UTF16String const & v) override { text_ = quoted(narrow(v.value())); }
     void visit(Types::ISO7String const & v) override { text_ = quoted(v.value()); }
     void visit(Types::UTF16 const & v) override
@@ -252,14 +220,10 @@ public:
     {
         text_ = std::to_string(v.major()) + "." + std::to_string(v.minor());
     }
-    void visit(Types::ProductVersion const & v) override
-    {
-        text_ = std::to_string(v.major()) + "." + std::to_string(v.minor()) + "." + std::to_string(v.patch()) + "." +
-                std::to_string(v.build()) + "." + std::to_string(static_cast<int>(v.releaseVersion()));
-    }
-    void visit(Types::UUID const & v) override { text_ = "urn:uuid:" + narrow(v.toString(Types::RFC4122)); }
-    void visit(Types::UMID32 const & v) override { text_ = "urn:smpte:umid:" + hexBytes(v.rawBuffer(), 32, ""); }
-    void visit(Types::UMID64 const & v) override { text_ = "urn:smpte:umid:" + hexBytes(v.rawBuffer(), 64, ""); }
+    void visit(Types::ProductVersion const & v) override { text_ = productVersion(v); }
+    void visit(Types::UUID const & v) override { text_ = uuid(v); }
+    void visit(Types::UMID32 const & v) override { text_ = umid(v.rawBuffer(), 32); }
+    void visit(Types::UMID64 const & v) override { text_ = umid(v.rawBuffer(), 64); }
     void visit(Types::UniversalLabel const & v) override
     {
         text_ = dotted(v.rawBuffer());
@@ -271,7 +235,7 @@ public:
     void visit(Types::Reference const & v) override
     {
         reference_ = &v;
-        text_ = "urn:uuid:" + narrow(Types::UUID(v.rawBuffer()).toString(Types::RFC4122));
+        text_ = uuid(v.rawBuffer());
     }
     void visit(Types::SimpleDataType const & v) override
     {
@@ -368,10 +332,10 @@ public:
         ClassName className;
         set.accept(className);
         node.className = className.name;
-        node.key = dotted(set.key().rawBuffer());
+        node.key = dotted(set.key());
         Types::UUID const * uid = set.instanceUID();
         if (uid)
-            node.instanceUID = "urn:uuid:" + narrow(uid->toString(Types::RFC4122));
+            node.instanceUID = uuid(*uid);
         if (!shown_.insert(&set).second)
         {
             node.repeated = true;
@@ -477,38 +441,25 @@ void printText(Node const & node, unsigned depth, std::string const & mark)
     }
 }
 
-std::string json(std::string const & text) { return JsonValue::quote(text); }
-
-void printJson(Node const & node, std::string const & indent)
+nlohmann::ordered_json nodeJson(Node const & node)
 {
-    std::string inner = indent + "  ";
-    std::printf("{\n%s\"class\": %s,\n%s\"key\": %s,\n%s\"instanceUID\": %s", inner.c_str(),
-                json(node.className).c_str(), inner.c_str(), json(node.key).c_str(), inner.c_str(),
-                node.instanceUID.empty() ? "null" : json(node.instanceUID).c_str());
+    nlohmann::ordered_json json{{"class", node.className},
+                                {"key", node.key},
+                                {"instanceUID", node.instanceUID.empty() ? nlohmann::ordered_json()
+                                                                         : nlohmann::ordered_json(node.instanceUID)}};
     if (node.repeated)
-        std::printf(",\n%s\"repeated\": true", inner.c_str());
-    std::printf(",\n%s\"elements\": [", inner.c_str());
-    for (size_t i = 0; i < node.items.size(); ++i)
+        json["repeated"] = true;
+    json["elements"] = nlohmann::ordered_json::array();
+    for (Item const & item : node.items)
     {
-        Item const & item = node.items[i];
-        std::string member = inner + "  ";
-        std::printf("%s\n%s{\"name\": %s, \"value\": %s", i != 0 ? "," : "", member.c_str(), json(item.name).c_str(),
-                    json(item.value).c_str());
+        nlohmann::ordered_json element{{"name", item.name}, {"value", item.value}};
         if (!item.invalid.empty())
-            std::printf(", \"invalid\": %s", json(item.invalid).c_str());
-        if (!item.children.empty())
-        {
-            std::printf(", \"sets\": [");
-            for (size_t c = 0; c < item.children.size(); ++c)
-            {
-                std::printf("%s\n%s  ", c != 0 ? "," : "", member.c_str());
-                printJson(item.children[c], member + "  ");
-            }
-            std::printf("\n%s]", member.c_str());
-        }
-        std::printf("}");
+            element["invalid"] = item.invalid;
+        for (Node const & child : item.children)
+            element["sets"].push_back(nodeJson(child));
+        json["elements"].push_back(element);
     }
-    std::printf("%s]\n%s}", node.items.empty() ? "" : ("\n" + inner).c_str(), indent.c_str());
+    return json;
 }
 
 // ---------------------------------------------------------------------------------------------
@@ -521,172 +472,179 @@ struct Loaded
     std::vector<std::string> skipped;
 };
 
-// Reads the header partition pack, the Primer and the header metadata behind it.
+// Whether the packet ends the header metadata that began at `primer` and counts `count` bytes.
+bool behindHeaderMetadata(MXFIO::PacketPlace const & place, std::uint64_t primer, std::uint64_t count)
+{
+    if (count != 0 && place.offset >= primer + count)
+        return true;
+    return place.kind == MXFIO::PacketKind::PartitionPack || place.kind == MXFIO::PacketKind::EssenceElement ||
+           place.kind == MXFIO::PacketKind::IndexSegment || place.kind == MXFIO::PacketKind::Primer;
+}
+
+void loadSet(Loaded & loaded, MXFIO::PacketPlace const & place, KLV::Packet & packet)
+{
+    try
+    {
+        loaded.metadata->load(packet);
+    }
+    catch (Exceptions::BaseException const & e)
+    {
+        loaded.skipped.push_back(dotted(place.key) + " at " + std::to_string(place.offset) + ": " + reason(e));
+    }
+}
+
+// Reads the header partition pack, the Primer and the header metadata behind it: HeaderByteCount
+// bytes counted from the Primer's key.
 Loaded load(std::string const & path, Templates::SharedPtr<MetaMetadata::Dictionary> const & dictionary)
 {
     Loaded loaded;
-    Templates::wstring widePath = Utils::wide(path.c_str());
-    DataIO::File::FileDataSource source(widePath.c_str(), 1 << 20);
-    uint64 const fileSize = source.remaining();
-    KLV::Reader reader(source);
-    uint64 skipped = 0;
-    Templates::auto_ptr<KLV::Packet> first = reader.nextKLV(skipped, MAXIMUM_RUN_IN);
-    if (!Packs::isPartitionPack(first->key()) || first->key()[13] != 0x02)
+    DataIO::File::FileDataSource source(Utils::wide(path.c_str()).c_str(), 1 << 20);
+    MXFIO::PacketWalk walk(source);
+    Templates::auto_ptr<KLV::Packet> first = walk.next();
+    if (!first || walk.place().kind != MXFIO::PacketKind::PartitionPack || walk.place().key[13] != 0x02)
         VELLUM_THROW(NotFound, "the file does not begin with a header partition pack");
-    Packs::PartitionPack const pack(*first);
-    uint64 const headerEnd = first->keyAbsoluteOffset() + first->klvLength() + pack.headerByteCount();
-    first.reset();
-
-    while (!source.endOfStream())
+    std::uint64_t const count = Packs::PartitionPack(*first).headerByteCount();
+    std::uint64_t primer = 0;
+    while (Templates::auto_ptr<KLV::Packet> packet = walk.next())
     {
-        uint64 here = 0;
-        Templates::auto_ptr<KLV::Packet> packet = reader.nextKLV(skipped, 0);
-        here = packet->keyAbsoluteOffset();
-        if (packet->klvLength() > fileSize - here)
+        MXFIO::PacketPlace const & place = walk.place();
+        if (walk.valueCutShort())
             VELLUM_THROW(InvalidFormat, "a packet of the header metadata runs past the end of the file");
-        if (loaded.metadata && pack.headerByteCount() != 0 && here >= headerEnd)
+        if (loaded.metadata && behindHeaderMetadata(place, primer, count))
             break;
-        KLV::Key const key = packet->key();
-        if (KLV::isFillItem(key))
+        if (place.kind == MXFIO::PacketKind::FillItem)
             continue;
-        if (Packs::isPrimerPack(key))
+        if (place.kind != MXFIO::PacketKind::Primer && !loaded.metadata)
+            break;
+        if (place.kind != MXFIO::PacketKind::Primer)
         {
-            if (loaded.metadata)
-                break;
-            Templates::auto_ptr<Packs::PrimerPack> primer(new Packs::PrimerPack(*packet));
-            loaded.metadata.reset(new PartitionMetadata(Templates::auto_ptr<Metadata::PartitionDictionary>(
-                new Metadata::PartitionDictionary(dictionary, std::move(primer)))));
+            loadSet(loaded, place, *packet);
             continue;
         }
-        if (!loaded.metadata || Packs::isPartitionPack(key) || KLV::isEssence(key) || KLV::isIndexTableKlvSegment(key))
-            break;
-        try
-        {
-            loaded.metadata->load(*packet);
-        }
-        catch (Exceptions::BaseException const & e)
-        {
-            loaded.skipped.push_back(dotted(key.rawBuffer()) + " at " + std::to_string(here) + ": " +
-                                     Utils::narrow(e.message()).c_str());
-        }
+        primer = place.offset;
+        Templates::auto_ptr<Packs::PrimerPack> pack(new Packs::PrimerPack(*packet));
+        loaded.metadata.reset(new PartitionMetadata(Templates::auto_ptr<Metadata::PartitionDictionary>(
+            new Metadata::PartitionDictionary(dictionary, std::move(pack)))));
     }
     if (!loaded.metadata)
         VELLUM_THROW(NotFound, "the header partition has no Primer");
     return loaded;
 }
-} // namespace
 
-int metaCommand(Arguments const & arguments)
+struct MetaOptions
 {
     std::string path;
-    bool asJson = false;
-    for (std::string const & argument : arguments)
-    {
-        if (argument == "--json")
-            asJson = true;
-        else if (path.empty() && argument.compare(0, 2, "--") != 0)
-            path = argument;
-        else
-        {
-            std::fprintf(stderr, "usage: vellum meta FILE [--json]\n");
-            return 2;
-        }
-    }
-    if (path.empty())
-    {
-        std::fprintf(stderr, "usage: vellum meta FILE [--json]\n");
-        return 2;
-    }
+    bool json = false;
+};
 
+// What the metadata shows: the trees from the Prefaces, the orphans, the dark sets.
+struct Forest
+{
+    std::vector<Node> roots, orphans;
+    std::vector<std::string> dark;
+};
+
+// Sets that the Prefaces do not reach. Each is shown under an unreached parent if it has one, so
+// only the tops of the unreached trees stand at the first level.
+std::vector<Node> orphansOf(PartitionMetadata const & metadata, TreeBuilder & builder)
+{
+    std::vector<MetadataSet const *> unreached;
+    for (PartitionMetadata::const_iterator i = metadata.begin(); i != metadata.end(); ++i)
+        if (!builder.shown(i->second))
+            unreached.push_back(i->second);
+    std::set<MetadataSet const *> const unreachedSet(unreached.begin(), unreached.end());
+    std::vector<Node> orphans;
+    for (MetadataSet const * set : unreached)
+    {
+        Templates::vector<MetadataSet const *> parents;
+        metadata.parentSets(set, parents);
+        bool underAnother = false;
+        for (MetadataSet const * parent : parents)
+            underAnother = underAnother || (parent != set && unreachedSet.count(parent) != 0);
+        if (!underAnother)
+            orphans.push_back(builder.build(*set));
+    }
+    for (MetadataSet const * set : unreached)
+        if (!builder.shown(set))
+            orphans.push_back(builder.build(*set));
+    return orphans;
+}
+
+Forest forestOf(PartitionMetadata const & metadata, LabelNames const & names)
+{
+    Forest forest;
+    TreeBuilder builder(metadata, names);
+    for (MetadataSet * preface : metadata.find(Metadata::Structural::StructuralMetadataKeys::preface()))
+        forest.roots.push_back(builder.build(*preface));
+    forest.orphans = orphansOf(metadata, builder);
+    for (PartitionMetadata::const_dark_iterator i = metadata.darkBegin(); i != metadata.darkEnd(); ++i)
+        forest.dark.push_back(dotted((*i)->key()) + " (" + std::to_string((*i)->serializedSize()) + " bytes)");
+    return forest;
+}
+
+void printForestJson(MetaOptions const & options, std::uint64_t sets, Forest const & forest,
+                     std::vector<std::string> const & skipped)
+{
+    nlohmann::ordered_json root{{"file", options.path}, {"sets", sets}};
+    root["prefaces"] = nlohmann::ordered_json::array();
+    for (Node const & node : forest.roots)
+        root["prefaces"].push_back(nodeJson(node));
+    root["orphans"] = nlohmann::ordered_json::array();
+    for (Node const & node : forest.orphans)
+        root["orphans"].push_back(nodeJson(node));
+    root["dark"] = forest.dark;
+    root["skipped"] = skipped;
+    printJson(root);
+}
+
+void printForestText(MetaOptions const & options, std::uint64_t sets, Forest const & forest,
+                     std::vector<std::string> const & skipped)
+{
+    std::printf("file: %s\nsets: %llu\n", options.path.c_str(), static_cast<unsigned long long>(sets));
+    if (forest.roots.empty())
+        std::printf("no Preface\n");
+    for (Node const & root : forest.roots)
+        printText(root, 0, "");
+    if (!forest.orphans.empty())
+        std::printf("orphans: %zu\n", forest.orphans.size());
+    for (Node const & orphan : forest.orphans)
+        printText(orphan, 1, "orphan ");
+    if (!forest.dark.empty())
+        std::printf("dark sets: %zu\n", forest.dark.size());
+    for (std::string const & d : forest.dark)
+        std::printf("  dark %s\n", d.c_str());
+    for (std::string const & s : skipped)
+        std::printf("skipped set %s\n", s.c_str());
+}
+
+int meta(MetaOptions const & options)
+{
     try
     {
         Metadata::Structural::initialize();
         Templates::SharedPtr<MetaMetadata::Dictionary> dictionary = MetaMetadata::createStandardDictionary();
-        Loaded loaded = load(path, dictionary);
-        PartitionMetadata const & metadata = *loaded.metadata;
+        Loaded loaded = load(options.path, dictionary);
         LabelNames names(*dictionary);
-        TreeBuilder builder(metadata, names);
-
-        std::vector<Node> roots;
-        Templates::vector<MetadataSet *> prefaces = metadata.find(Metadata::Structural::StructuralMetadataKeys::preface());
-        for (MetadataSet * preface : prefaces)
-            roots.push_back(builder.build(*preface));
-        // Sets that the Prefaces do not reach. Each is shown under an unreached parent if it has
-        // one, so only the tops of the unreached trees stand at the first level.
-        std::vector<MetadataSet const *> unreached;
-        for (PartitionMetadata::const_iterator i = metadata.begin(); i != metadata.end(); ++i)
-            if (!builder.shown(i->second))
-                unreached.push_back(i->second);
-        std::set<MetadataSet const *> const unreachedSet(unreached.begin(), unreached.end());
-        std::vector<Node> orphans;
-        for (MetadataSet const * set : unreached)
-        {
-            Templates::vector<MetadataSet const *> parents;
-            metadata.parentSets(set, parents);
-            bool underAnother = false;
-            for (MetadataSet const * parent : parents)
-                underAnother = underAnother || (parent != set && unreachedSet.count(parent) != 0);
-            if (!underAnother)
-                orphans.push_back(builder.build(*set));
-        }
-        for (MetadataSet const * set : unreached)
-            if (!builder.shown(set))
-                orphans.push_back(builder.build(*set));
-        std::vector<std::string> dark;
-        for (PartitionMetadata::const_dark_iterator i = metadata.darkBegin(); i != metadata.darkEnd(); ++i)
-            dark.push_back(dotted((*i)->key().rawBuffer()) + " (" + std::to_string((*i)->serializedSize()) + " bytes)");
-
-        if (asJson)
-        {
-            std::printf("{\n  \"file\": %s,\n  \"sets\": %llu,\n  \"prefaces\": [", json(path).c_str(),
-                        static_cast<unsigned long long>(metadata.size()));
-            for (size_t i = 0; i < roots.size(); ++i)
-            {
-                std::printf("%s\n    ", i != 0 ? "," : "");
-                printJson(roots[i], "    ");
-            }
-            std::printf("%s],\n  \"orphans\": [", roots.empty() ? "" : "\n  ");
-            for (size_t i = 0; i < orphans.size(); ++i)
-            {
-                std::printf("%s\n    ", i != 0 ? "," : "");
-                printJson(orphans[i], "    ");
-            }
-            std::printf("%s],\n  \"dark\": [", orphans.empty() ? "" : "\n  ");
-            for (size_t i = 0; i < dark.size(); ++i)
-                std::printf("%s%s", i != 0 ? ", " : "", json(dark[i]).c_str());
-            std::printf("],\n  \"skipped\": [");
-            for (size_t i = 0; i < loaded.skipped.size(); ++i)
-                std::printf("%s%s", i != 0 ? ", " : "", json(loaded.skipped[i]).c_str());
-            std::printf("]\n}\n");
-        }
+        Forest const forest = forestOf(*loaded.metadata, names);
+        if (options.json)
+            printForestJson(options, loaded.metadata->size(), forest, loaded.skipped);
         else
-        {
-            std::printf("file: %s\nsets: %llu\n", path.c_str(), static_cast<unsigned long long>(metadata.size()));
-            if (roots.empty())
-                std::printf("no Preface\n");
-            for (Node const & root : roots)
-                printText(root, 0, "");
-            if (!orphans.empty())
-            {
-                std::printf("orphans: %zu\n", orphans.size());
-                for (Node const & orphan : orphans)
-                    printText(orphan, 1, "orphan ");
-            }
-            if (!dark.empty())
-            {
-                std::printf("dark sets: %zu\n", dark.size());
-                for (std::string const & d : dark)
-                    std::printf("  dark %s\n", d.c_str());
-            }
-            for (std::string const & s : loaded.skipped)
-                std::printf("skipped set %s\n", s.c_str());
-        }
+            printForestText(options, loaded.metadata->size(), forest, loaded.skipped);
     }
     catch (Exceptions::BaseException const & e)
     {
-        std::fprintf(stderr, "vellum meta: %s\n", e.whatUtf8().c_str());
-        return 1;
+        return fileFailure(options.path, e);
     }
     return 0;
+}
+} // namespace
+
+Command addMetaCommand(CLI::App & program)
+{
+    auto options = std::make_shared<MetaOptions>();
+    CLI::App * command = program.add_subcommand("meta", "the header metadata as a tree from the Preface down");
+    command->add_option("FILE", options->path, "the MXF file")->required();
+    command->add_flag("--json", options->json, "print the tree as JSON");
+    return Command{command, [options] { return meta(*options); }};
 }
 } // namespace VellumTool

@@ -3,6 +3,8 @@
 #include <cinttypes>
 #include <cstdio>
 
+#include "Format.h"
+
 namespace VellumTool
 {
 namespace
@@ -19,20 +21,6 @@ std::string tag(Vellum::Types::LocalTag const & t)
     return dotted(t.rawBuffer(), 2);
 }
 } // namespace
-
-std::string dotted(unsigned char const * bytes, unsigned size)
-{
-    static char const hex[] = "0123456789abcdef";
-    std::string text;
-    for (unsigned i = 0; i < size; ++i)
-    {
-        if (i != 0)
-            text += '.';
-        text += hex[bytes[i] >> 4];
-        text += hex[bytes[i] & 15];
-    }
-    return text;
-}
 
 void printPartitionPack(Vellum::Packs::PartitionPack const & pack)
 {

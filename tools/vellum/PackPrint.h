@@ -9,7 +9,6 @@
 
 namespace VellumTool
 {
-std::string dotted(unsigned char const * bytes, unsigned size);
 void printPartitionPack(Vellum::Packs::PartitionPack const & pack);
 // The entry count and duplicates; with `table`, every entry too.
 void printPrimer(Vellum::Packs::PrimerPack const & primer, bool table);

@@ -2,7 +2,9 @@
 // track, as they are stored, to one file per track in DIR, through the library's EssenceReader.
 // Values are copied in slices through one buffer; nothing holds a whole edit unit.
 
+#include <CLI/CLI.hpp>
 #include <cerrno>
+#include <memory>
 #include <chrono>
 #include <cinttypes>
 #include <cstdio>
@@ -16,6 +18,7 @@
 #include "Commands.h"
 #include "DataIO/File/FileDataSource.h"
 #include "Exceptions/Exceptions.h"
+#include "Format.h"
 #include "KLV/Packet.h"
 #include "KLV/Value.h"
 #include "LabelNames.h"
@@ -51,12 +54,6 @@ typedef Templates::Rational<int64> Time;
 size_t const SLICE = 1 << 20;
 // Files above this size show a progress line on a terminal.
 std::uint64_t const PROGRESS_SIZE = std::uint64_t(64) << 20;
-
-int usage()
-{
-    std::fprintf(stderr, "usage: vellum unwrap FILE DIR [--track ID] [--range FIRST:COUNT]\n");
-    return 2;
-}
 
 // The file name extension for the essence of a container label.
 std::string extensionOf(std::string const & containerName)
@@ -173,169 +170,189 @@ bool parseUnsigned(std::string const & text, std::uint64_t & value)
     value = std::stoull(text);
     return true;
 }
-} // namespace
-
-int unwrapCommand(Arguments const & arguments)
+struct UnwrapOptions
 {
-    std::vector<std::string> positional;
+    std::string path, directory;
     bool oneTrack = false, ranged = false;
     std::uint64_t trackID = 0, first = 0, count = 0;
-    for (size_t i = 0; i < arguments.size(); ++i)
-    {
-        std::string const & a = arguments[i];
-        if (a == "--track" && i + 1 < arguments.size())
-        {
-            if (!parseUnsigned(arguments[++i], trackID))
-                return usage();
-            oneTrack = true;
-        }
-        else if (a == "--range" && i + 1 < arguments.size())
-        {
-            std::string const range = arguments[++i];
-            size_t colon = range.find(':');
-            if (colon == std::string::npos || !parseUnsigned(range.substr(0, colon), first) ||
-                !parseUnsigned(range.substr(colon + 1), count))
-                return usage();
-            ranged = true;
-        }
-        else if (a.compare(0, 2, "--") == 0)
-            return usage();
-        else
-            positional.push_back(a);
-    }
-    if (positional.size() != 2)
-        return usage();
-    std::string const path = positional[0], directory = positional[1];
+};
 
+// The package's header metadata and essence, opened.
+struct Opened
+{
+    explicit Opened(std::string const & path)
+        : source(Utils::wide(path.c_str()).c_str(), 1 << 20), fileSize(source.remaining()),
+          reader(source, MetaMetadata::createStandardDictionary(), 65536)
+    {
+    }
+
+    DataIO::File::FileDataSource source;
+    std::uint64_t fileSize;
+    MXFIO::Reader2 reader;
+    Templates::SharedPtr<Metadata::PartitionMetadata> metadata;
+    S::Preface * preface = nullptr;
+    S::GenericPackage * package = nullptr;
+    std::map<unsigned, std::string> extensions;
+};
+
+void openPackage(Opened & file)
+{
+    S::initialize();
+    file.metadata = file.reader.firstPartitionWithFinalMetadata()->metadata();
+    if (!file.metadata.get())
+        file.metadata = file.reader.headerPartition()->metadata();
+    if (!file.metadata.get())
+        VELLUM_THROW(NotFound, "the file has no header metadata");
+    file.preface = S::findPreface(*file.metadata);
+    S::ContentStorage * storage = file.preface->contentStorage();
+    if (!storage)
+        VELLUM_THROW(NotFound, "the Preface has no content storage");
+    file.package = packageToRead(*storage);
+    if (!file.package)
+        VELLUM_THROW(NotFound, "the file has no package with essence");
+    file.extensions = extensionsByTrackNumber(*storage);
+}
+
+// The range in seconds, at the edit rate of the first picture track (else the first track).
+void rangeInSeconds(MXFIO::EssenceReader & essence, UnwrapOptions const & options, Time & start, Time & end)
+{
+    Templates::vector<S::TimelineTrack *> tracks = essence.essenceTracks();
+    Types::Rational const * rate = nullptr;
+    for (S::TimelineTrack * track : tracks)
+        if (!rate && track->editRate() && track->sequence() && track->sequence()->dataDefinition() &&
+            track->sequence()->dataDefinition()->rawBuffer()[12] == 0x01 &&
+            track->sequence()->dataDefinition()->rawBuffer()[11] == 0x02)
+            rate = track->editRate();
+    if (!rate && !tracks.empty())
+        rate = tracks.front()->editRate();
+    if (!rate || rate->numerator() <= 0 || rate->denominator() <= 0)
+        VELLUM_THROW(InvalidValue, "the tracks have no edit rate to count the range in");
+    start = Time(int64(options.first) * rate->denominator(), rate->numerator());
+    end = Time(int64(options.first + options.count) * rate->denominator(), rate->numerator());
+}
+
+// Whether a unit of the range is to be written; marks the track done behind the range.
+bool inRange(UnwrapOptions const & options, Time const & start, Time const & end,
+             MXFIO::EssenceReader::ElementEditUnit const & unit, Output & out, size_t & tracksDone)
+{
+    if (!options.ranged)
+        return true;
+    Time unitEnd = unit.position;
+    unitEnd += unit.duration;
+    // Units before the range (decoder warm-up after a seek) are left out.
+    if (!(start < unitEnd))
+        return false;
+    if (unit.position < end)
+        return true;
+    out.done = true;
+    ++tracksDone;
+    return false;
+}
+
+void copyValue(MXFIO::EssenceReader::ElementEditUnit & unit, Output & out, std::vector<unsigned char> & buffer)
+{
+    KLV::Value & value = unit.element.packet->value();
+    while (value.remaining() != 0)
+    {
+        uint64 const got = value.read(buffer.data(), buffer.size());
+        if (got == 0)
+            VELLUM_THROW(InvalidValue,
+                         ("the element of track " + std::to_string(unit.trackID) + " ends early, the file is cut").c_str());
+        if (std::fwrite(buffer.data(), 1, size_t(got), out.file) != size_t(got))
+            VELLUM_THROW(InvalidValue, ("cannot write " + out.name + ": " + std::strerror(errno)).c_str());
+        out.bytes += got;
+    }
+    ++out.packets;
+}
+
+void openOutput(Opened const & file, UnwrapOptions const & options, unsigned trackID, unsigned trackNumber,
+                Output & out)
+{
+    auto extension = file.extensions.find(trackNumber);
+    out.name = options.directory + "/track-" + std::to_string(trackID) + "." +
+               (extension != file.extensions.end() ? extension->second : std::string("bin"));
+    out.file = std::fopen(out.name.c_str(), "wb");
+    if (!out.file)
+        VELLUM_THROW(InvalidValue, ("cannot write " + out.name + ": " + std::strerror(errno)).c_str());
+}
+
+void writeTracks(Opened const & file, MXFIO::EssenceReader & essence, UnwrapOptions const & options,
+                 Time const & start, Time const & end, std::map<unsigned, Output> & outputs)
+{
+    std::vector<unsigned char> buffer(SLICE);
+    Progress progress(file.fileSize);
+    MXFIO::EssenceReader::ElementEditUnit unit;
+    size_t tracksDone = 0;
+    size_t const tracksWanted = options.oneTrack ? 1 : essence.essenceTrackIDs().size();
+    while (tracksDone < tracksWanted && essence.nextElementEditUnit(65536, unit))
+    {
+        if (!unit.element.packet)
+            break;
+        if (options.oneTrack && unit.trackID != options.trackID)
+            continue;
+        Output & out = outputs[unit.trackID];
+        if (out.done || !inRange(options, start, end, unit, out, tracksDone))
+            continue;
+        if (!out.file)
+            openOutput(file, options, unit.trackID, unit.trackNumber, out);
+        progress.update(unit.element.packet->keyAbsoluteOffset());
+        copyValue(unit, out, buffer);
+    }
+    progress.finish();
+}
+
+// 0 when the track is there or none was asked for; else 2, with the tracks there are.
+int checkTrack(MXFIO::EssenceReader & essence, UnwrapOptions const & options)
+{
+    Templates::vector<unsigned int> const ids = essence.essenceTrackIDs();
+    std::string list;
+    for (unsigned id : ids)
+    {
+        if (!options.oneTrack || id == options.trackID)
+            return 0;
+        list += " " + std::to_string(id);
+    }
+    if (!options.oneTrack)
+        return 0;
+    std::fprintf(stderr, "vellum unwrap: the package has no essence track %" PRIu64 " (its tracks:%s)\n",
+                 options.trackID, list.c_str());
+    return 2;
+}
+
+int unwrapInto(UnwrapOptions const & options, std::map<unsigned, Output> & outputs)
+{
+    Opened file(options.path);
+    openPackage(file);
+    MXFIO::EssenceReader essence(file.reader, *file.preface, *file.package, false, false);
+    if (int const wrong = checkTrack(essence, options))
+        return wrong;
+    Time start(0), end(0);
+    if (options.ranged)
+    {
+        rangeInSeconds(essence, options, start, end);
+        if (options.count == 0)
+            return 0;
+        if (!essence.seek(start))
+            return fileFailure(options.path,
+                               "edit unit " + std::to_string(options.first) + " is beyond the end of the essence");
+    }
+    if (!makeDirectories(options.directory))
+        VELLUM_THROW(InvalidValue, ("cannot make the folder " + options.directory + ": " + std::strerror(errno)).c_str());
+    writeTracks(file, essence, options, start, end, outputs);
+    return 0;
+}
+
+int unwrap(UnwrapOptions const & options)
+{
     std::map<unsigned, Output> outputs;
     int status = 0;
     try
     {
-        S::initialize();
-        Templates::wstring widePath = Utils::wide(path.c_str());
-        DataIO::File::FileDataSource source(widePath.c_str(), 1 << 20);
-        std::uint64_t const fileSize = source.remaining();
-        MXFIO::Reader2 reader(source, MetaMetadata::createStandardDictionary(), 65536);
-        MXFIO::Partition * partition = reader.firstPartitionWithFinalMetadata();
-        Templates::SharedPtr<Metadata::PartitionMetadata> metadata = partition->metadata();
-        if (!metadata.get())
-            metadata = reader.headerPartition()->metadata();
-        if (!metadata.get())
-            VELLUM_THROW(NotFound, "the file has no header metadata");
-        S::Preface * preface = S::findPreface(*metadata);
-        S::ContentStorage * storage = preface->contentStorage();
-        if (!storage)
-            VELLUM_THROW(NotFound, "the Preface has no content storage");
-        S::GenericPackage * package = packageToRead(*storage);
-        if (!package)
-            VELLUM_THROW(NotFound, "the file has no package with essence");
-        std::map<unsigned, std::string> const extensions = extensionsByTrackNumber(*storage);
-
-        MXFIO::EssenceReader essence(reader, *preface, *package, false, false);
-        Templates::vector<unsigned int> const ids = essence.essenceTrackIDs();
-        if (oneTrack)
-        {
-            bool known = false;
-            for (unsigned id : ids)
-                known = known || id == trackID;
-            if (!known)
-            {
-                std::string list;
-                for (unsigned id : ids)
-                    list += " " + std::to_string(id);
-                std::fprintf(stderr, "vellum unwrap: the package has no essence track %" PRIu64 " (its tracks:%s)\n",
-                             trackID, list.c_str());
-                return 2;
-            }
-        }
-
-        // The range, in seconds, at the edit rate of the first picture track (else the first track).
-        Time start(0), end(0);
-        if (ranged)
-        {
-            Templates::vector<S::TimelineTrack *> tracks = essence.essenceTracks();
-            Types::Rational const * rate = nullptr;
-            for (S::TimelineTrack * track : tracks)
-                if (!rate && track->editRate() && track->sequence() && track->sequence()->dataDefinition() &&
-                    track->sequence()->dataDefinition()->rawBuffer()[12] == 0x01 &&
-                    track->sequence()->dataDefinition()->rawBuffer()[11] == 0x02)
-                    rate = track->editRate();
-            if (!rate && !tracks.empty())
-                rate = tracks.front()->editRate();
-            if (!rate || rate->numerator() <= 0 || rate->denominator() <= 0)
-                VELLUM_THROW(InvalidValue, "the tracks have no edit rate to count the range in");
-            start = Time(int64(first) * rate->denominator(), rate->numerator());
-            end = Time(int64(first + count) * rate->denominator(), rate->numerator());
-            if (count == 0)
-                return 0;
-            if (!essence.seek(start))
-            {
-                std::fprintf(stderr, "vellum unwrap: edit unit %" PRIu64 " is beyond the end of the essence\n", first);
-                return 1;
-            }
-        }
-
-        if (!makeDirectories(directory))
-            VELLUM_THROW(InvalidValue, ("cannot make the folder " + directory + ": " + std::strerror(errno)).c_str());
-
-        std::vector<unsigned char> buffer(SLICE);
-        Progress progress(fileSize);
-        MXFIO::EssenceReader::ElementEditUnit unit;
-        size_t tracksDone = 0;
-        size_t const tracksWanted = oneTrack ? 1 : ids.size();
-        while (tracksDone < tracksWanted && essence.nextElementEditUnit(65536, unit))
-        {
-            if (!unit.element.packet)
-                break;
-            if (oneTrack && unit.trackID != trackID)
-                continue;
-            Output & out = outputs[unit.trackID];
-            if (out.done)
-                continue;
-            if (ranged)
-            {
-                Time unitEnd = unit.position;
-                unitEnd += unit.duration;
-                // Units before the range (decoder warm-up after a seek) are left out.
-                if (!(start < unitEnd))
-                    continue;
-                if (!(unit.position < end))
-                {
-                    out.done = true;
-                    ++tracksDone;
-                    continue;
-                }
-            }
-            if (!out.file)
-            {
-                auto extension = extensions.find(unit.trackNumber);
-                out.name = directory + "/track-" + std::to_string(unit.trackID) + "." +
-                           (extension != extensions.end() ? extension->second : std::string("bin"));
-                out.file = std::fopen(out.name.c_str(), "wb");
-                if (!out.file)
-                    VELLUM_THROW(InvalidValue, ("cannot write " + out.name + ": " + std::strerror(errno)).c_str());
-            }
-            KLV::Value & value = unit.element.packet->value();
-            progress.update(unit.element.packet->keyAbsoluteOffset());
-            while (value.remaining() != 0)
-            {
-                uint64 const got = value.read(buffer.data(), buffer.size());
-                if (got == 0)
-                    VELLUM_THROW(InvalidValue, ("the element of track " + std::to_string(unit.trackID) +
-                                                 " ends early, the file is cut")
-                                                    .c_str());
-                if (std::fwrite(buffer.data(), 1, size_t(got), out.file) != size_t(got))
-                    VELLUM_THROW(InvalidValue, ("cannot write " + out.name + ": " + std::strerror(errno)).c_str());
-                out.bytes += got;
-            }
-            ++out.packets;
-        }
-        progress.finish();
+        status = unwrapInto(options, outputs);
     }
     catch (Exceptions::BaseException const & e)
     {
-        std::fprintf(stderr, "vellum unwrap: %s\n", Utils::narrow(e.message()).c_str());
-        status = 1;
+        status = fileFailure(options.path, e);
     }
     for (auto & entry : outputs)
     {
@@ -347,5 +364,31 @@ int unwrapCommand(Arguments const & arguments)
         std::printf("%s: %" PRIu64 " packets, %" PRIu64 " bytes\n", out.name.c_str(), out.packets, out.bytes);
     }
     return status;
+}
+} // namespace
+
+Command addUnwrapCommand(CLI::App & program)
+{
+    auto options = std::make_shared<UnwrapOptions>();
+    CLI::App * command =
+        program.add_subcommand("unwrap", "each essence track's edit units, as stored, to DIR/track-ID.EXT");
+    command->add_option("FILE", options->path, "the MXF file")->required();
+    command->add_option("DIR", options->directory, "the folder to write to (made when missing)")->required();
+    command->add_option_function<std::uint64_t>(
+        "--track", [options](std::uint64_t const & id) { options->trackID = id, options->oneTrack = true; },
+        "write this track only");
+    command
+        ->add_option_function<std::string>(
+            "--range",
+            [options](std::string const & range) {
+                size_t const colon = range.find(':');
+                if (colon == std::string::npos || !parseUnsigned(range.substr(0, colon), options->first) ||
+                    !parseUnsigned(range.substr(colon + 1), options->count))
+                    throw CLI::ValidationError("--range", "FIRST:COUNT takes two whole numbers");
+                options->ranged = true;
+            },
+            "write the edit units FIRST to FIRST+COUNT-1")
+        ->type_name("FIRST:COUNT");
+    return Command{command, [options] { return unwrap(*options); }};
 }
 } // namespace VellumTool

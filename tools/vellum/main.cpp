@@ -1,68 +1,35 @@
 // vellum: looks into MXF files with the Vellum library.
+// Exit codes: 0 done, 1 a file that cannot be read (or, for check, findings), 2 wrong arguments.
 
+#include <CLI/CLI.hpp>
 #include <cstdio>
-#include <cstring>
+#include <vector>
 
 #include "Commands.h"
 #include "Platform/Version.h"
 #include "Utils/Text.h"
 
-namespace
-{
-void usage(std::FILE * out)
-{
-    std::fprintf(out,
-                 "usage: vellum COMMAND [OPTIONS] FILE\n"
-                 "\n"
-                 "commands:\n"
-                 "  info FILE [--json]      a summary: partitions, RIP, packages and tracks, descriptors, index,\n"
-                 "                          the essence found in the body, and warnings where they disagree\n"
-                 "  klv FILE [--limit N] [--primer] [--index] [--entries]\n"
-                 "                          one line per KLV packet: offset, key, BER size, length, kind;\n"
-                 "                          partition packs, the Primer and the RIP decoded (--primer: its table;\n"
-                 "                          --index: index segments; --entries: their index entries too)\n"
-                 "  dict [SET]              the sets of the built-in dictionary, or one set's attributes\n"
-                 "  meta FILE [--json]      the header metadata as a tree from the Preface down\n"
-                 "  check FILE [--json]     what is inconsistent in the file, each with its offset;\n"
-                 "                          exit 0 when nothing is found, 1 when something is\n"
-                 "  unwrap FILE DIR [--track ID] [--range FIRST:COUNT]\n"
-                 "                          each essence track's edit units, as stored, to DIR/track-ID.EXT\n"
-                 "  --version               the library's version\n");
-}
-} // namespace
-
 int main(int argc, char ** argv)
 {
-    if (argc < 2)
+    CLI::App program("vellum: looks into MXF files with the Vellum library", "vellum");
+    program.set_version_flag("--version", std::string("vellum ") +
+                                              Vellum::Utils::narrow(Vellum::Version::versionString()).c_str());
+    program.require_subcommand(1);
+    std::vector<VellumTool::Command> commands;
+    for (auto add : {VellumTool::addInfoCommand, VellumTool::addKlvCommand, VellumTool::addMetaCommand,
+                     VellumTool::addCheckCommand, VellumTool::addUnwrapCommand, VellumTool::addDictCommand})
+        commands.push_back(add(program));
+    try
     {
-        usage(stderr);
-        return 2;
+        program.parse(argc, argv);
     }
-    std::string command = argv[1];
-    VellumTool::Arguments arguments(argv + 2, argv + argc);
-    if (command == "--version" || command == "version")
+    catch (CLI::ParseError const & e)
     {
-        std::printf("vellum %s\n", Vellum::Utils::narrow(Vellum::Version::versionString()).c_str());
-        return 0;
+        int const code = program.exit(e);
+        return code == 0 ? 0 : 2;
     }
-    if (command == "--help" || command == "-h" || command == "help")
-    {
-        usage(stdout);
-        return 0;
-    }
-    if (command == "klv")
-        return VellumTool::klvCommand(arguments);
-    if (command == "info")
-        return VellumTool::infoCommand(arguments);
-    if (command == "dict")
-        return VellumTool::dictCommand(arguments);
-    if (command == "meta")
-        return VellumTool::metaCommand(arguments);
-    if (command == "check")
-        return VellumTool::checkCommand(arguments);
-    if (command == "unwrap")
-        return VellumTool::unwrapCommand(arguments);
-    std::fprintf(stderr, "vellum: unknown command '%s'\n", command.c_str());
-    usage(stderr);
+    for (VellumTool::Command const & command : commands)
+        if (command.arguments->parsed())
+            return command.run();
     return 2;
 }

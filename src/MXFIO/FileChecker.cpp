@@ -1,17 +1,14 @@
-#include "Check.h"
+#include "MXFIO/FileChecker.h"
 
 #include <algorithm>
-#include <map>
-#include <memory>
-#include <set>
+#include <cstring>
 
 #include "DataIO/File/FileDataSource.h"
 #include "Exceptions/Exceptions.h"
 #include "IndexTables/IndexEntry.h"
 #include "IndexTables/IndexTableSegment.h"
 #include "KLV/Packet.h"
-#include "KLV/Reader.h"
-#include "KlvWalk.h"
+#include "MXFIO/PacketWalk.h"
 #include "MXFIO/Partition.h"
 #include "MXFIO/Reader2.h"
 #include "MetaMetadata/Dictionary.h"
@@ -44,51 +41,33 @@
 #include "Types/Visitors.h"
 #include "Utils/Text.h"
 
-namespace VellumTool
+namespace Vellum
+{
+namespace MXFIO
 {
 namespace
 {
-using namespace Vellum;
+Templates::string number(uint64 n) { return Utils::narrow(Utils::decimal(n)); }
 
-// A run-in is at most 64 KiB long.
-uint64 const MAXIMUM_RUN_IN = 65535;
-// A key and the longest BER length field.
-uint64 const LONGEST_KEY_AND_LENGTH = 16 + 9;
-
-std::string number(uint64 n) { return std::to_string(n); }
+Templates::string dotted(KLV::Key const & key) { return Utils::narrow(key.toString(Types::Dotted)); }
 
 // The text of a failure of the library, without the place in its source.
-std::string reason(Exceptions::BaseException const & e) { return Utils::narrow(e.message()).c_str(); }
+Templates::string reason(Exceptions::BaseException const & e) { return Utils::narrow(e.message()).c_str(); }
 
-char const * kindName(unsigned char kind)
-{
-    switch (kind)
-    {
-    case 2:
-        return "header";
-    case 3:
-        return "body";
-    case 4:
-        return "footer";
-    default:
-        return "unknown";
-    }
-}
-
-std::string propertyName(MetaMetadata::PropertyMap const & object)
+Templates::string propertyName(MetaMetadata::PropertyMap const & object)
 {
     for (MetaMetadata::PropertyMap::const_iterator i = object.propertiesBegin(); i != object.propertiesEnd(); ++i)
         if (i->first == Utils::wide("name"))
             return Utils::narrow(i->second).c_str();
-    return std::string();
+    return Templates::string();
 }
 
-std::string uuidText(Types::UUID const & uid) { return "urn:uuid:" + std::string(Utils::narrow(uid.toString(Types::RFC4122)).c_str()); }
+Templates::string uuidText(Types::UUID const & uid) { return "urn:uuid:" + Utils::narrow(uid.toString(Types::RFC4122)); }
 
 // "Preface urn:uuid:..." or the set's key when the dictionary does not name it.
-std::string setName(Metadata::MetadataSet const & set)
+Templates::string setName(Metadata::MetadataSet const & set)
 {
-    std::string name;
+    Templates::string name;
     if (set.metaMetadataSet() != nullptr)
         name = propertyName(*set.metaMetadataSet());
     if (name.empty())
@@ -97,13 +76,13 @@ std::string setName(Metadata::MetadataSet const & set)
     return uid != nullptr ? name + " " + uuidText(*uid) : name;
 }
 
-std::string elementName(Metadata::Element const & element)
+Templates::string elementName(Metadata::Element const & element)
 {
     MetaMetadata::MetaElement const * meta =
         MetaMetadata::Helpers::abstractMetaAttributeToMetaElement(element.metaAttribute());
     if (meta == nullptr)
         return "<unknown element>";
-    std::string name = propertyName(*meta);
+    Templates::string name = propertyName(*meta);
     return name.empty() ? dotted(KLV::Key(meta->universalLabel().rawBuffer())) : name;
 }
 
@@ -123,9 +102,9 @@ public:
 };
 
 // The strong references an element holds.
-std::vector<Types::SimpleDataType const *> strongReferences(Metadata::Element const & element)
+Templates::vector<Types::SimpleDataType const *> strongReferences(Metadata::Element const & element)
 {
-    std::vector<Types::SimpleDataType const *> found;
+    Templates::vector<Types::SimpleDataType const *> found;
     ElementValue value;
     element.accept(value);
     if (value.single != nullptr && Types::Visitors::getAs<Types::StrongReference>(*value.single) != nullptr)
@@ -143,7 +122,7 @@ struct PartitionInfo
     uint64 offset = 0; // of the pack's key, absolute
     unsigned char kind = 0;
     bool readable = false;
-    std::unique_ptr<Packs::PartitionPack> pack;
+    Templates::auto_ptr<Packs::PartitionPack> pack;
     uint64 packEnd = 0;
     // Where the next partition, the Random Index Pack or the end of the file begins.
     bool ended = false;
@@ -169,7 +148,7 @@ struct PartitionInfo
     uint64 bodyKL = 0;
 
     // Offsets of the packets ahead of the body, and the body's first one.
-    std::vector<uint64> boundaries;
+    Templates::vector<uint64> boundaries;
 };
 
 struct IndexSegmentInfo
@@ -193,32 +172,32 @@ enum class Phase
 };
 } // namespace
 
-struct Checker::Impl
+struct FileChecker::Impl
 {
-    std::string path;
-    std::vector<Finding> findings;
+    Templates::wstring path;
+    Templates::vector<Finding> findings;
     uint64 fileSize = 0;
     uint64 runIn = 0;
-    std::vector<std::unique_ptr<PartitionInfo>> partitions;
-    std::vector<IndexSegmentInfo> segments;
+    Templates::vector<Templates::auto_ptr<PartitionInfo>> partitions;
+    Templates::vector<IndexSegmentInfo> segments;
     // Body SIDs named by EssenceContainerData sets, with the offset of the first such set.
-    std::map<unsigned, uint64> containerDataSIDs;
+    Templates::map<unsigned, uint64> containerDataSIDs;
     bool ripFound = false;
     // The walk met a packet that runs past the end, or bytes that are no packet.
     bool cutShort = false;
     uint64 walkEnd = 0;
     bool behindRip = false;
     uint64 ripOffset = 0;
-    std::unique_ptr<Packs::RandomIndexPack> rip;
+    Templates::auto_ptr<Packs::RandomIndexPack> rip;
 
     Templates::SharedPtr<MetaMetadata::Dictionary> dictionary;
-    std::unique_ptr<Metadata::PartitionMetadata> metadata;
-    std::map<Metadata::MetadataSet const *, uint64> setOffsets;
+    Templates::auto_ptr<Metadata::PartitionMetadata> metadata;
+    Templates::map<Metadata::MetadataSet const *, uint64> setOffsets;
     Phase phase = Phase::HeaderMetadata;
 
-    void report(uint64 offset, char const * code, std::string const & message)
+    void report(uint64 offset, char const * code, Templates::string const & message)
     {
-        findings.push_back(Finding{offset, code, message});
+        findings.push_back(Finding{offset, code, Utils::wide(message.c_str())});
     }
 
     uint64 relative(uint64 absolute) const { return absolute - runIn; }
@@ -230,96 +209,82 @@ struct Checker::Impl
 
     void walk()
     {
-        Templates::wstring widePath = Utils::wide(path.c_str());
-        std::unique_ptr<DataIO::File::FileDataSource> source;
+        Templates::auto_ptr<DataIO::File::FileDataSource> source;
         try
         {
-            source.reset(new DataIO::File::FileDataSource(widePath.c_str(), 1 << 20));
+            source.reset(new DataIO::File::FileDataSource(path.c_str(), 1 << 20));
         }
         catch (Exceptions::BaseException const & e)
         {
             report(0, "file-unreadable", reason(e));
             return;
         }
-        fileSize = source->remaining();
-        KLV::Reader reader(*source);
-        uint64 position = 0;
-        bool first = true;
-        while (!source->endOfStream())
+        PacketWalk packets(*source);
+        fileSize = packets.size();
+        for (;;)
         {
             Templates::auto_ptr<KLV::Packet> packet;
             try
             {
-                uint64 skipped = 0;
-                packet = reader.nextKLV(skipped, first ? MAXIMUM_RUN_IN : 0);
-                if (first)
-                    runIn = skipped;
+                packet = packets.next();
             }
             catch (Exceptions::BaseException const & e)
             {
-                if (fileSize - position < LONGEST_KEY_AND_LENGTH)
-                    report(position, "truncated",
-                           "the file ends inside the key or length of a packet (" + number(fileSize - position) +
-                               " bytes left)");
-                else
-                    report(position, "klv-unreadable", "no KLV packet can be read here: " + reason(e));
-                cutShort = true;
+                unreadable(packets.position(), e);
                 break;
             }
             if (!packet)
                 break;
-            PacketInfo info{packet->keyAbsoluteOffset(), packet->key(), packet->berLength(), packet->length(),
-                            classify(packet->key())};
-            uint64 const valueStart = info.offset + 16 + info.berLength;
-            if (first && info.kind != PacketKind::PartitionPack)
+            runIn = packets.runIn();
+            PacketPlace const & info = packets.place();
+            if (packets.packets() == 1 && info.kind != PacketKind::PartitionPack)
                 report(info.offset, "no-header-partition", "the file does not begin with a partition pack");
-            first = false;
-            if (valueStart > fileSize || info.length > fileSize - valueStart)
+            if (packets.valueCutShort())
             {
                 report(info.offset, "truncated",
-                       std::string("the value of the ") + kindWord(info.kind) + " (length " + number(info.length) +
-                           ") runs past the end of the file (" + number(fileSize) + " bytes)");
+                       Templates::string("the value of the ") + packetKindWord(info.kind) + " (length " +
+                           number(info.length) + ") runs past the end of the file (" + number(fileSize) + " bytes)");
                 cutShort = true;
                 endPartition(info.offset);
-                position = info.offset;
-                break;
+                walkEnd = info.offset;
+                return;
             }
-            position = valueStart + info.length;
             visit(info, *packet);
         }
-        walkEnd = std::min(position, fileSize);
+        walkEnd = std::min(packets.position(), fileSize);
         endPartition(walkEnd);
     }
 
-    void visit(PacketInfo const & info, KLV::Packet & packet)
+    // No packet can be read at `position`: the file ends there, or the bytes are none.
+    void unreadable(uint64 position, Exceptions::BaseException const & e)
     {
-        uint64 const end = info.offset + 16 + info.berLength + info.length;
+        if (fileSize - position < PacketWalk::LONGEST_KEY_AND_LENGTH)
+            report(position, "truncated",
+                   "the file ends inside the key or length of a packet (" + number(fileSize - position) +
+                       " bytes left)");
+        else
+            report(position, "klv-unreadable", "no KLV packet can be read here: " + reason(e));
+        cutShort = true;
+    }
+
+    void visit(PacketPlace const & info, KLV::Packet & packet)
+    {
         if (ripFound && !behindRip)
         {
             behindRip = true;
             report(info.offset, "rip-not-last", "a packet follows the random index pack");
         }
-        switch (info.kind)
+        if (info.kind == PacketKind::PartitionPack)
         {
-        case PacketKind::PartitionPack:
             endPartition(info.offset);
-            startPartition(info, packet, end);
+            startPartition(info, packet, info.end());
             return;
-        case PacketKind::RandomIndexPack:
+        }
+        if (info.kind == PacketKind::RandomIndexPack)
+        {
             endPartition(info.offset);
-            ripFound = true;
-            ripOffset = info.offset;
-            try
-            {
-                rip.reset(new Packs::RandomIndexPack(packet));
-            }
-            catch (Exceptions::BaseException const & e)
-            {
-                report(info.offset, "rip-unreadable", "the random index pack cannot be read: " + reason(e));
-            }
+            readRip(info, packet);
             return;
-        default:
-            break;
         }
         PartitionInfo * partition = current();
         if (partition == nullptr)
@@ -328,28 +293,8 @@ struct Checker::Impl
             partition->boundaries.push_back(info.offset);
         if (info.kind == PacketKind::FillItem)
             return;
-        if (phase == Phase::HeaderMetadata)
-        {
-            if (info.kind == PacketKind::Primer && !partition->hasPrimer)
-            {
-                partition->hasPrimer = true;
-                partition->primerOffset = info.offset;
-                partition->primerKL = 16 + info.berLength;
-                partition->metadataLastEnd = end;
-                startMetadata(info, packet);
-                return;
-            }
-            bool const metadataPacket = partition->hasPrimer && (info.kind == PacketKind::LocalSet ||
-                                                                 info.kind == PacketKind::Other ||
-                                                                 info.kind == PacketKind::Primer);
-            if (metadataPacket)
-            {
-                partition->metadataLastEnd = end;
-                loadSet(info, packet);
-                return;
-            }
-            endMetadata(info.offset);
-        }
+        if (phase == Phase::HeaderMetadata && visitHeaderMetadata(*partition, info, packet))
+            return;
         if (info.kind == PacketKind::IndexSegment && phase != Phase::Body)
         {
             phase = Phase::Index;
@@ -359,7 +304,7 @@ struct Checker::Impl
                 partition->indexFirst = info.offset;
                 partition->indexKL = 16 + info.berLength;
             }
-            partition->indexLastEnd = end;
+            partition->indexLastEnd = info.end();
             readSegment(info, packet);
             return;
         }
@@ -376,9 +321,48 @@ struct Checker::Impl
             readSegment(info, packet);
     }
 
-    void startPartition(PacketInfo const & info, KLV::Packet & packet, uint64 end)
+    void readRip(PacketPlace const & info, KLV::Packet & packet)
     {
-        std::unique_ptr<PartitionInfo> partition(new PartitionInfo);
+        ripFound = true;
+        ripOffset = info.offset;
+        try
+        {
+            rip.reset(new Packs::RandomIndexPack(packet));
+        }
+        catch (Exceptions::BaseException const & e)
+        {
+            report(info.offset, "rip-unreadable", "the random index pack cannot be read: " + reason(e));
+        }
+    }
+
+    // A packet while the header metadata may still go on: true when it belongs to it.
+    bool visitHeaderMetadata(PartitionInfo & partition, PacketPlace const & info, KLV::Packet & packet)
+    {
+        if (info.kind == PacketKind::Primer && !partition.hasPrimer)
+        {
+            partition.hasPrimer = true;
+            partition.primerOffset = info.offset;
+            partition.primerKL = 16 + info.berLength;
+            partition.metadataLastEnd = info.end();
+            startMetadata(info, packet);
+            return true;
+        }
+        bool const metadataPacket = partition.hasPrimer && (info.kind == PacketKind::LocalSet ||
+                                                            info.kind == PacketKind::Other ||
+                                                            info.kind == PacketKind::Primer);
+        if (!metadataPacket)
+        {
+            endMetadata(info.offset);
+            return false;
+        }
+        partition.metadataLastEnd = info.end();
+        loadSet(info, packet);
+        return true;
+    }
+
+    void startPartition(PacketPlace const & info, KLV::Packet & packet, uint64 end)
+    {
+        Templates::auto_ptr<PartitionInfo> partition(new PartitionInfo);
         partition->offset = info.offset;
         partition->kind = info.key[13];
         partition->packEnd = end;
@@ -414,7 +398,7 @@ struct Checker::Impl
     // ---------------------------------------------------------------------------------------
     // Header metadata
 
-    void startMetadata(PacketInfo const & info, KLV::Packet & packet)
+    void startMetadata(PacketPlace const & info, KLV::Packet & packet)
     {
         try
         {
@@ -429,7 +413,7 @@ struct Checker::Impl
         setOffsets.clear();
     }
 
-    void loadSet(PacketInfo const & info, KLV::Packet & packet)
+    void loadSet(PacketPlace const & info, KLV::Packet & packet)
     {
         if (!metadata || info.kind == PacketKind::Primer)
             return;
@@ -461,7 +445,7 @@ struct Checker::Impl
 
     uint64 setOffset(Metadata::MetadataSet const * set) const
     {
-        std::map<Metadata::MetadataSet const *, uint64>::const_iterator found = setOffsets.find(set);
+        Templates::map<Metadata::MetadataSet const *, uint64>::const_iterator found = setOffsets.find(set);
         return found != setOffsets.end() ? found->second : current()->primerOffset;
     }
 
@@ -469,10 +453,10 @@ struct Checker::Impl
     {
         PartitionInfo const * partition = current();
         bool const closed = partition == nullptr || !partition->readable || !partition->pack->isOpen();
-        std::vector<std::pair<uint64, Metadata::MetadataSet const *>> sets;
+        Templates::vector<std::pair<uint64, Metadata::MetadataSet const *>> sets;
         // Instance UIDs are taken from each set itself, so that a set which holds its UID among
         // the items its description does not provide for can still be the target of a reference.
-        std::set<Types::UUID> instances;
+        Templates::set<Types::UUID> instances;
         for (Metadata::PartitionMetadata::const_iterator i = metadata->begin(); i != metadata->end(); ++i)
         {
             sets.push_back(std::make_pair(setOffset(i->second), i->second));
@@ -483,36 +467,44 @@ struct Checker::Impl
                          [](std::pair<uint64, Metadata::MetadataSet const *> const & a,
                             std::pair<uint64, Metadata::MetadataSet const *> const & b) { return a.first < b.first; });
         for (auto const & entry : sets)
+            checkSet(entry.first, *entry.second, instances, closed);
+        noteContainerData();
+    }
+
+    void checkSet(uint64 offset, Metadata::MetadataSet const & set, Templates::set<Types::UUID> const & instances,
+                  bool closed)
+    {
+        // Strong references, of the valid elements and of those the set does not provide for.
+        Templates::vector<Metadata::Element const *> elements;
+        for (Metadata::MetadataSet::const_iterator e = set.begin(); e != set.end(); ++e)
+            elements.push_back(e->second);
+        for (Metadata::Element * const * e = set.invalidBegin(); e != set.invalidEnd(); ++e)
+            elements.push_back(*e);
+        for (Metadata::Element const * element : elements)
         {
-            Metadata::MetadataSet const & set = *entry.second;
-            // Strong references, of the valid elements and of those the set does not provide for.
-            std::vector<Metadata::Element const *> elements;
-            for (Metadata::MetadataSet::const_iterator e = set.begin(); e != set.end(); ++e)
-                elements.push_back(e->second);
-            for (Metadata::Element * const * e = set.invalidBegin(); e != set.invalidEnd(); ++e)
-                elements.push_back(*e);
-            for (Metadata::Element const * element : elements)
-            {
-                if (element->empty())
-                    continue;
-                for (Types::SimpleDataType const * reference : strongReferences(*element))
-                {
-                    Types::UUID const target(reference->rawBuffer());
-                    if (instances.count(target) == 0)
-                        report(entry.first, "dangling-reference",
-                               setName(set) + ": " + elementName(*element) + " refers to " + uuidText(target) +
-                                   ", which is not in the partition");
-                }
-            }
-            // An open partition may still lack what its writer has not yet learnt.
-            if (!closed)
+            if (element->empty())
                 continue;
-            Templates::vector<Metadata::Element *> open;
-            set.openElements(open);
-            for (Metadata::Element const * element : open)
-                report(entry.first, "required-missing",
-                       setName(set) + ": the required " + elementName(*element) + " is missing");
+            for (Types::SimpleDataType const * reference : strongReferences(*element))
+            {
+                Types::UUID const target(reference->rawBuffer());
+                if (instances.count(target) == 0)
+                    report(offset, "dangling-reference",
+                           setName(set) + ": " + elementName(*element) + " refers to " + uuidText(target) +
+                               ", which is not in the partition");
+            }
         }
+        // An open partition may still lack what its writer has not yet learnt.
+        if (!closed)
+            return;
+        Templates::vector<Metadata::Element *> open;
+        set.openElements(open);
+        for (Metadata::Element const * element : open)
+            report(offset, "required-missing", setName(set) + ": the required " + elementName(*element) + " is missing");
+    }
+
+    // The body SIDs that the EssenceContainerData sets name.
+    void noteContainerData()
+    {
         Templates::vector<Metadata::MetadataSet *> containerData =
             metadata->find(Metadata::Structural::StructuralMetadataKeys::essenceContainerData());
         for (Metadata::MetadataSet const * set : containerData)
@@ -537,7 +529,7 @@ struct Checker::Impl
     // ---------------------------------------------------------------------------------------
     // Index table segments
 
-    void readSegment(PacketInfo const & info, KLV::Packet & packet)
+    void readSegment(PacketPlace const & info, KLV::Packet & packet)
     {
         try
         {
@@ -585,11 +577,10 @@ struct Checker::Impl
     {
         if (partitions.empty())
             return;
-        Templates::wstring widePath = Utils::wide(path.c_str());
-        std::unique_ptr<DataIO::File::FileDataSource> file;
+        Templates::auto_ptr<DataIO::File::FileDataSource> file;
         try
         {
-            file.reset(new DataIO::File::FileDataSource(widePath.c_str(), 1 << 20));
+            file.reset(new DataIO::File::FileDataSource(path.c_str(), 1 << 20));
         }
         catch (Exceptions::BaseException const & e)
         {
@@ -597,11 +588,11 @@ struct Checker::Impl
             return;
         }
         DataIO::File::FileDataSource & source = *file;
-        MXFIO::Reader2 reader(source, dictionary, MAXIMUM_RUN_IN + 1);
-        MXFIO::Partition * at = nullptr;
+        Reader2 reader(source, dictionary, PacketWalk::MAXIMUM_RUN_IN + 1);
+        Partition * at = nullptr;
         try
         {
-            for (MXFIO::Partition * p = reader.headerPartition(); p != nullptr; p = reader.nextPartition(p))
+            for (Partition * p = reader.headerPartition(); p != nullptr; p = reader.nextPartition(p))
                 at = p;
         }
         catch (Exceptions::BaseException const & e)
@@ -613,11 +604,11 @@ struct Checker::Impl
         at = nullptr;
         try
         {
-            MXFIO::Partition * found = reader.footerPartition();
+            Partition * found = reader.footerPartition();
             if (footer != nullptr && (found == nullptr || found->partitionAbsoluteOffset() != footer->offset))
                 report(footer->offset, "reader-footer",
                        "the reader does not find the footer partition at " + number(relative(footer->offset)));
-            for (MXFIO::Partition * p = found; p != nullptr; p = reader.previousPartition(p))
+            for (Partition * p = found; p != nullptr; p = reader.previousPartition(p))
                 at = p;
         }
         catch (Exceptions::BaseException const & e)
@@ -649,9 +640,9 @@ struct Checker::Impl
     // Partitions stand in the order of their offsets.
     PartitionInfo const * partitionHolding(uint64 absolute) const
     {
-        std::vector<std::unique_ptr<PartitionInfo>>::const_iterator after = std::upper_bound(
+        Templates::vector<Templates::auto_ptr<PartitionInfo>>::const_iterator after = std::upper_bound(
             partitions.begin(), partitions.end(), absolute,
-            [](uint64 offset, std::unique_ptr<PartitionInfo> const & p) { return offset < p->offset; });
+            [](uint64 offset, Templates::auto_ptr<PartitionInfo> const & p) { return offset < p->offset; });
         if (after == partitions.begin())
             return nullptr;
         PartitionInfo const * p = (after - 1)->get();
@@ -674,7 +665,7 @@ struct Checker::Impl
                 report(p.offset, "partition-order", "a header partition stands behind the first partition");
             if (i == 0 && p.kind != 2)
                 report(p.offset, "partition-order",
-                       std::string("the first partition is a ") + kindName(p.kind) + " partition, not a header partition");
+                       Templates::string("the first partition is a ") + partitionKindWord(p.kind) + " partition, not a header partition");
             if (p.kind == 4)
             {
                 if (footer != nullptr)
@@ -683,7 +674,7 @@ struct Checker::Impl
             }
             else if (footer != nullptr)
                 report(p.offset, "partition-order",
-                       std::string("a ") + kindName(p.kind) + " partition stands behind the footer partition");
+                       Templates::string("a ") + partitionKindWord(p.kind) + " partition stands behind the footer partition");
             if (!p.readable)
                 continue;
             uint64 const here = relative(p.offset);
@@ -697,7 +688,23 @@ struct Checker::Impl
                        "PreviousPartition is " + number(p.pack->previousPartition()) + ", but the partition before it stands at " +
                            number(previous));
         }
-        for (std::unique_ptr<PartitionInfo> const & p : partitions)
+        if (partitions.empty() && findings.empty())
+            report(0, "no-header-partition", "the file holds no partition");
+    }
+
+    PartitionInfo const * footerPartition() const
+    {
+        PartitionInfo const * footer = nullptr;
+        for (Templates::auto_ptr<PartitionInfo> const & p : partitions)
+            if (p->kind == 4)
+                footer = p.get();
+        return footer;
+    }
+
+    void checkFooterPointers()
+    {
+        PartitionInfo const * footer = footerPartition();
+        for (Templates::auto_ptr<PartitionInfo> const & p : partitions)
         {
             if (!p->readable)
                 continue;
@@ -719,12 +726,10 @@ struct Checker::Impl
                    "FooterPartition is " + number(pointer) + ", but the footer partition stands at " + number(expected) +
                        pointedAt(pointer));
         }
-        if (partitions.empty() && findings.empty())
-            report(0, "no-header-partition", "the file holds no partition");
     }
 
     // What a partition offset from a pack hits, as the tail of a message.
-    std::string pointedAt(uint64 pointer) const
+    Templates::string pointedAt(uint64 pointer) const
     {
         if (pointer > fileSize || runIn + pointer >= fileSize)
             return " (past the end of the file)";
@@ -732,17 +737,17 @@ struct Checker::Impl
             return " (behind the damage, where the walk did not reach)";
         PartitionInfo const * hit = partitionAt(runIn + pointer);
         if (hit != nullptr)
-            return std::string(" (the ") + kindName(hit->kind) + " partition)";
+            return Templates::string(" (the ") + partitionKindWord(hit->kind) + " partition)";
         hit = partitionHolding(runIn + pointer);
         if (hit != nullptr)
-            return std::string(" (inside the ") + kindName(hit->kind) + " partition at " + number(relative(hit->offset)) + ")";
+            return Templates::string(" (inside the ") + partitionKindWord(hit->kind) + " partition at " + number(relative(hit->offset)) + ")";
         return " (no partition)";
     }
 
     void checkRip()
     {
         PartitionInfo const * footer = nullptr;
-        for (std::unique_ptr<PartitionInfo> const & p : partitions)
+        for (Templates::auto_ptr<PartitionInfo> const & p : partitions)
             if (p->kind == 4)
                 footer = p.get();
         if (!ripFound)
@@ -755,7 +760,7 @@ struct Checker::Impl
         }
         if (!rip)
             return;
-        std::set<uint64> listed;
+        Templates::set<uint64> listed;
         for (Packs::RandomIndexPack::OffsetIndexedMap::const_iterator i = rip->offsetIndexedMap().begin();
              i != rip->offsetIndexedMap().end(); ++i)
         {
@@ -774,10 +779,10 @@ struct Checker::Impl
                        "the entry for the partition at " + number(i->first) + " gives BodySID " + number(i->second) +
                            ", but the partition has BodySID " + number(p->pack->bodySID()));
         }
-        for (std::unique_ptr<PartitionInfo> const & p : partitions)
+        for (Templates::auto_ptr<PartitionInfo> const & p : partitions)
             if (listed.count(relative(p->offset)) == 0)
                 report(p->offset, "rip-incomplete",
-                       std::string("the ") + kindName(p->kind) + " partition at " + number(relative(p->offset)) +
+                       Templates::string("the ") + partitionKindWord(p->kind) + " partition at " + number(relative(p->offset)) +
                            " is missing from the random index pack");
     }
 
@@ -801,7 +806,7 @@ struct Checker::Impl
 
     void checkByteCounts()
     {
-        for (std::unique_ptr<PartitionInfo> const & pointer : partitions)
+        for (Templates::auto_ptr<PartitionInfo> const & pointer : partitions)
         {
             PartitionInfo const & p = *pointer;
             // The partition where the walk stopped has lost its end.
@@ -847,7 +852,7 @@ struct Checker::Impl
         }
     }
 
-    static std::string byteRange(uint64 low, uint64 high)
+    static Templates::string byteRange(uint64 low, uint64 high)
     {
         if (low >= high)
             return number(low) + " bytes";
@@ -856,7 +861,7 @@ struct Checker::Impl
 
     void checkAlignment()
     {
-        for (std::unique_ptr<PartitionInfo> const & pointer : partitions)
+        for (Templates::auto_ptr<PartitionInfo> const & pointer : partitions)
         {
             PartitionInfo const & p = *pointer;
             if (!p.readable || p.pack->kagSize() <= 1 || (cutShort && pointer == partitions.back()))
@@ -868,7 +873,7 @@ struct Checker::Impl
             auto check = [&](bool present, uint64 at, uint64 keyAndLength, char const * what) {
                 if (present && !onGrid(at) && !onGrid(at + keyAndLength))
                     report(at, "kag-alignment",
-                           std::string("the ") + what + " stands " + number(at - p.offset) +
+                           Templates::string("the ") + what + " stands " + number(at - p.offset) +
                                " bytes behind its partition pack, off the KAG of " + number(kag));
             };
             check(p.hasPrimer, p.primerOffset, p.primerKL, "header metadata");
@@ -880,8 +885,8 @@ struct Checker::Impl
     void checkEssence()
     {
         // The bytes of each essence container, over all partitions of its body SID.
-        std::map<unsigned, uint64> essence;
-        for (std::unique_ptr<PartitionInfo> const & p : partitions)
+        Templates::map<unsigned, uint64> essence;
+        for (Templates::auto_ptr<PartitionInfo> const & p : partitions)
             if (p->readable && p->pack->bodySID() != 0)
                 essence[p->pack->bodySID()] += p->hasBody && p->end > p->bodyStart ? p->end - p->bodyStart : 0;
         for (auto const & sid : containerDataSIDs)
@@ -908,24 +913,27 @@ struct Checker::Impl
     }
 };
 
-Checker::Checker(std::string const & path) : impl_(new Impl)
+FileChecker::FileChecker(unsigned short const * path) : impl_(new Impl)
 {
     impl_->path = path;
 }
 
-Checker::~Checker() { delete impl_; }
+FileChecker::~FileChecker() = default;
 
-std::vector<Finding> Checker::run()
+Templates::vector<Finding> FileChecker::run()
 {
+    Templates::auto_ptr<Impl> fresh(new Impl);
+    fresh->path = impl_->path;
+    impl_ = std::move(fresh);
     Impl & impl = *impl_;
-    impl.findings.clear();
     Metadata::Structural::initialize();
     impl.dictionary = MetaMetadata::createStandardDictionary();
     impl.walk();
-    bool const opened = impl.findings.empty() || impl.findings.front().code != "file-unreadable";
+    bool const opened = impl.findings.empty() || std::strcmp(impl.findings.front().code, "file-unreadable") != 0;
     if (opened)
     {
         impl.checkChain();
+        impl.checkFooterPointers();
         impl.checkRip();
         impl.checkByteCounts();
         impl.checkAlignment();
@@ -936,4 +944,5 @@ std::vector<Finding> Checker::run()
                      [](Finding const & a, Finding const & b) { return a.offset < b.offset; });
     return impl.findings;
 }
-} // namespace VellumTool
+} // namespace MXFIO
+} // namespace Vellum
