@@ -15,4 +15,5 @@ int dictCommand(Arguments const & arguments);
 int metaCommand(Arguments const & arguments);
 int checkCommand(Arguments const & arguments);
 int unwrapCommand(Arguments const & arguments);
+int wrapCommand(Arguments const & arguments);
 } // namespace VellumTool

@@ -27,6 +27,10 @@ void usage(std::FILE * out)
                  "                          exit 0 when nothing is found, 1 when something is\n"
                  "  unwrap FILE DIR [--track ID] [--range FIRST:COUNT]\n"
                  "                          each essence track's edit units, as stored, to DIR/track-ID.EXT\n"
+                 "  wrap OUT INPUT... [--opatom] [--clip-wrap] [--rate R] [--partition-seconds N] [--kag N]\n"
+                 "       [--timecode HH:MM:SS:FF]\n"
+                 "                          elementary streams (MPEG-2 video, VC-3, JPEG 2000, Wave) into OP1a\n"
+                 "                          (OUT a file) or OP-Atom (OUT a folder, one file per stream)\n"
                  "  --version               the library's version\n");
 }
 } // namespace
@@ -62,6 +66,8 @@ int main(int argc, char ** argv)
         return VellumTool::checkCommand(arguments);
     if (command == "unwrap")
         return VellumTool::unwrapCommand(arguments);
+    if (command == "wrap")
+        return VellumTool::wrapCommand(arguments);
     std::fprintf(stderr, "vellum: unknown command '%s'\n", command.c_str());
     usage(stderr);
     return 2;
