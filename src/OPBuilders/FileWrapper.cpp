@@ -98,9 +98,9 @@ struct FileWrapper::Impl
         Templates::auto_ptr<DataIO::File::FileDataSink> sink;
         Templates::auto_ptr<MXFIO::Creator> creator;
     };
+    typedef Templates::vector<Templates::auto_ptr<GenericContainer::Source>> Sources;
     Templates::auto_ptr<File> start(Templates::wstring const & path, Templates::SharedPtr<Metadata::PartitionMetadata> metadata,
-                                    Templates::auto_ptr<GenericContainer::Source> source, Rate const & rate,
-                                    Progress const & progress) const;
+                                    Sources & sources, Rate const & rate, Progress const & progress) const;
 
     Templates::vector<Templates::wstring> writeOP1a(Templates::wstring const & path, Progress const & progress);
     Templates::vector<Templates::wstring> writeOPAtom(Templates::wstring const & folder, Progress const & progress);
@@ -142,8 +142,7 @@ FileWrapper::Impl::makeSource(Templates::SharedPtr<Metadata::PartitionMetadata> 
 
 Templates::auto_ptr<FileWrapper::Impl::File>
 FileWrapper::Impl::start(Templates::wstring const & path, Templates::SharedPtr<Metadata::PartitionMetadata> metadata,
-                         Templates::auto_ptr<GenericContainer::Source> source, Rate const & rate,
-                         Progress const & progress) const
+                         Sources & sources, Rate const & rate, Progress const & progress) const
 {
     Templates::auto_ptr<File> file(new File);
     file->sink.reset(new DataIO::File::FileDataSink(path.c_str(), false, 1 << 20));
@@ -155,8 +154,9 @@ FileWrapper::Impl::start(Templates::wstring const & path, Templates::SharedPtr<M
         options.partitionSeconds * Templates::Rational<int64>(rate.numerator(), rate.denominator());
     int64 const perPartition = units.numerator() / units.denominator();
     creator.masterEditUnitsPerPartition(perPartition > 0 ? static_cast<unsigned int>(perPartition) : 0);
-    creator.addEssenceContainer(std::move(source), MXFIO::IndexTableGenerationNotWritten,
-                                MXFIO::IndexTableGenerationAll, false, MXFIO::IndexSegmentChoose);
+    for (Templates::auto_ptr<GenericContainer::Source> & source : sources)
+        creator.addEssenceContainer(std::move(source), MXFIO::IndexTableGenerationNotWritten,
+                                    MXFIO::IndexTableGenerationAll, false, MXFIO::IndexSegmentChoose);
     runUntil(creator, MXFIO::PullCreator::FooterNext, *file->sink, progress);
     return file;
 }
@@ -167,13 +167,22 @@ Templates::vector<Templates::wstring> FileWrapper::Impl::writeOP1a(Templates::ws
     Rate const rate = containerRate();
     GenericOPBuilder builder(dictionary, product.company.c_str(), product.name.c_str(), product.version.c_str(),
                              product.uid, &product.productVersion, 0, false, false);
-    Templates::auto_ptr<GenericContainer::Source> source = makeSource(builder.metadata(), streams, rate);
-    Metadata::Structural::SourcePackage & package = source->sourcePackage();
-    MaterialPackageProxy::TrackProxies tracks;
-    builder.createMaterialPackage(options.start.isDefined() ? options.start : Utils::TimeCode(25, 0, false), rate)
-        ->createTracks(tracks, &package, package);
+    MaterialPackageProxy * material =
+        builder.createMaterialPackage(options.start.isDefined() ? options.start : Utils::TimeCode(25, 0, false), rate);
+    // Clips go one behind the other, each in an essence container of its own; frames of all
+    // streams share one container.
+    Sources sources;
+    for (size_t i = 0; i < streams.size(); i += options.clipWrap ? 1 : streams.size())
+    {
+        Templates::vector<Analyzer> const group(streams.begin() + i,
+                                                options.clipWrap ? streams.begin() + i + 1 : streams.end());
+        sources.push_back(makeSource(builder.metadata(), group, rate));
+        Metadata::Structural::SourcePackage & package = sources.back()->sourcePackage();
+        MaterialPackageProxy::TrackProxies tracks;
+        material->createTracks(tracks, &package, package);
+    }
     builder.update();
-    Templates::auto_ptr<File> file = start(path, builder.metadata(), std::move(source), rate, progress);
+    Templates::auto_ptr<File> file = start(path, builder.metadata(), sources, rate, progress);
     builder.update();
     runUntil(*file->creator, MXFIO::PullCreator::Finished, *file->sink, progress);
     builder.update();
@@ -195,9 +204,9 @@ Templates::vector<Templates::wstring> FileWrapper::Impl::writeOPAtom(Templates::
             new OPAtomBuilder(dictionary, product.company.c_str(), product.name.c_str(), product.version.c_str(),
                               product.uid, &product.productVersion, 0)));
         OPAtomBuilder & builder = *builders.back();
-        Templates::auto_ptr<GenericContainer::Source> source =
-            makeSource(builder.metadata(), Templates::vector<Analyzer>(1, streams[i]), rate);
-        Metadata::Structural::SourcePackage & package = source->sourcePackage();
+        Sources sources;
+        sources.push_back(makeSource(builder.metadata(), Templates::vector<Analyzer>(1, streams[i]), rate));
+        Metadata::Structural::SourcePackage & package = sources.back()->sourcePackage();
         MaterialPackageProxy::TrackProxies tracks;
         builder.createMaterialPackage(options.start.isDefined() ? options.start : Utils::TimeCode(25, 0, false), rate)
             ->createTracks(tracks, &package, package);
@@ -205,7 +214,7 @@ Templates::vector<Templates::wstring> FileWrapper::Impl::writeOPAtom(Templates::
         builder.update();
         aggregator.addOPAtomBuilder(&builder);
         paths.push_back(folder + Utils::wide("/") + names[i] + Utils::wide(".mxf"));
-        files.push_back(start(paths.back(), builder.metadata(), std::move(source), rate, progress));
+        files.push_back(start(paths.back(), builder.metadata(), sources, rate, progress));
     }
     for (Templates::auto_ptr<OPAtomBuilder> const & builder : builders)
         builder->update();
