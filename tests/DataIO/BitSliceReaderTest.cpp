@@ -38,24 +38,6 @@ private:
 };
 } // namespace
 
-TEST(BitSliceReaderTest, ThreeThenFiveBitsConsumeOneByte)
-{
-    CountingBlockFactory factory;
-    BitSliceReader reader(source(factory, {0xB5, 0x42}, {1, 1}));
-    unsigned char out[2] = {0xFF, 0xFF};
-    reader.readBits(3, out);
-    EXPECT_EQ(0xA0, out[0]); // 101, left-aligned, low bits cleared
-    reader.readBits(5, out);
-    EXPECT_EQ(0xA8, out[0]); // 10101
-    EXPECT_EQ(1u, reader.absoluteOffset());
-    Chain raw;
-    reader.readCache(raw);
-    EXPECT_EQ((std::vector<unsigned char>{0xB5}), bytesOf(raw));
-    // The next byte is untouched.
-    reader.readBits(8, out);
-    EXPECT_EQ(0x42, out[0]);
-}
-
 TEST(BitSliceReaderTest, FieldsAcrossBytesAndSeams)
 {
     CountingBlockFactory factory;

@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "DataIO/File/FileDataSource.h"
-#include "DataIO/File/ScratchDirectory.h"
+#include "Support/ScratchDirectory.h"
 #include "DataIO/Memory/MemoryDataSource.h"
 #include "Exceptions/Exceptions.h"
 #include "Utils/Text.h"
@@ -251,134 +251,6 @@ TEST(BufferAlignDataSourceTest, ConstructorChecksInOrder)
     }
 }
 
-TEST(BufferAlignDataSourceTest, WithoutBufferEveryReadPassesThrough)
-{
-    std::vector<unsigned char> bytes = patternBytes(100);
-    CheckingSource below(bytes, 1, true);
-    BufferAlignDataSource source(below, 1, 0);
-
-    unsigned char got[200];
-    EXPECT_EQ(0u, source.read(got, 0));
-    EXPECT_EQ(0u, below.calls());
-
-    EXPECT_EQ(1u, source.read(got, 1));
-    EXPECT_EQ(5u, source.read(got + 1, 5));
-    EXPECT_EQ(37u, source.seek(37));
-    EXPECT_EQ(3u, source.read(got + 6, 3));
-    ASSERT_EQ(3u, below.reads.size());
-    EXPECT_EQ(1u, below.reads[0].size);
-    EXPECT_EQ(got, below.reads[0].into);
-    EXPECT_EQ(5u, below.reads[1].size);
-    EXPECT_EQ(got + 1, below.reads[1].into);
-    EXPECT_EQ(37u, below.reads[2].offset);
-    EXPECT_EQ(got + 6, below.reads[2].into);
-    EXPECT_EQ(bytes[4], got[4]);
-    EXPECT_EQ(bytes[39], got[8]);
-
-    EXPECT_EQ(60u, source.read(got, 200));
-    EXPECT_TRUE(source.endOfStream());
-    EXPECT_EQ(0u, source.read(got, 1));
-}
-
-TEST(BufferAlignDataSourceTest, SeeksInsideBeforeAtAndAfterTheBuffer)
-{
-    std::vector<unsigned char> bytes = patternBytes(40);
-    CheckingSource below(bytes, 4, true);
-    BufferAlignDataSource source(below, 4, 8);
-    unsigned char b = 0;
-
-    // The first read fills the whole buffer from offset 0.
-    ASSERT_EQ(1u, source.read(&b, 1));
-    EXPECT_EQ(bytes[0], b);
-    ASSERT_EQ(1u, below.reads.size());
-    EXPECT_EQ(0u, below.reads[0].offset);
-    EXPECT_EQ(8u, below.reads[0].size);
-    EXPECT_EQ(1u, source.absoluteOffset());
-    EXPECT_EQ(39u, source.remaining());
-
-    // Inside the buffer: nothing reaches the source, backwards or forwards.
-    EXPECT_EQ(5u, source.seek(5));
-    EXPECT_EQ(3u, source.seek(3));
-    EXPECT_EQ(6u, source.seek(6));
-    ASSERT_EQ(1u, source.read(&b, 1));
-    EXPECT_EQ(bytes[6], b);
-    EXPECT_EQ(1u, source.seek(1));
-    ASSERT_EQ(1u, source.read(&b, 1));
-    EXPECT_EQ(bytes[1], b);
-    EXPECT_EQ(1u, below.calls());
-
-    // The first byte of the buffer reloads it from its aligned start.
-    EXPECT_EQ(0u, source.seek(0));
-    ASSERT_EQ(1u, below.seeks.size());
-    EXPECT_EQ(0u, below.seeks[0]);
-    ASSERT_EQ(1u, source.read(&b, 1));
-    EXPECT_EQ(bytes[0], b);
-    ASSERT_EQ(2u, below.reads.size());
-    EXPECT_EQ(0u, below.reads[1].offset);
-
-    // The byte after the last valid one empties the buffer without a seek; the next read fills
-    // from there.
-    EXPECT_EQ(8u, source.seek(8));
-    EXPECT_EQ(1u, below.seeks.size());
-    EXPECT_EQ(8u, source.absoluteOffset());
-    EXPECT_EQ(32u, source.remaining());
-    ASSERT_EQ(1u, source.read(&b, 1));
-    EXPECT_EQ(bytes[8], b);
-    ASSERT_EQ(3u, below.reads.size());
-    EXPECT_EQ(8u, below.reads[2].offset);
-
-    // After the buffer and unaligned: the source goes to the aligned offset before it and the
-    // read delivers the asked byte.
-    EXPECT_EQ(21u, source.seek(21));
-    ASSERT_EQ(2u, below.seeks.size());
-    EXPECT_EQ(20u, below.seeks[1]);
-    EXPECT_EQ(21u, source.absoluteOffset());
-    EXPECT_EQ(19u, source.remaining());
-    unsigned char two[2];
-    ASSERT_EQ(2u, source.read(two, 2));
-    EXPECT_EQ(bytes[21], two[0]);
-    EXPECT_EQ(bytes[22], two[1]);
-    ASSERT_EQ(4u, below.reads.size());
-    EXPECT_EQ(20u, below.reads[3].offset);
-    EXPECT_EQ(8u, below.reads[3].size);
-
-    // Before the buffer.
-    EXPECT_EQ(6u, source.seek(6));
-    EXPECT_EQ(4u, below.seeks.back());
-    ASSERT_EQ(1u, source.read(&b, 1));
-    EXPECT_EQ(bytes[6], b);
-
-    // Past the end: lands at the end; a whole read there gives nothing.
-    EXPECT_EQ(40u, source.seek(41));
-    EXPECT_EQ(0u, source.remaining());
-    EXPECT_TRUE(source.endOfStream());
-    EXPECT_EQ(0u, source.read(&b, 1));
-    EXPECT_EQ("", below.problems());
-}
-
-TEST(BufferAlignDataSourceTest, SeekToAnUnalignedEndIsTheEnd)
-{
-    std::vector<unsigned char> bytes = patternBytes(10);
-    CheckingSource below(bytes, 4, true);
-    BufferAlignDataSource source(below, 4, 8);
-    unsigned char b = 0;
-
-    EXPECT_EQ(10u, source.seek(10));
-    EXPECT_EQ(8u, below.seeks.back());
-    EXPECT_EQ(10u, source.absoluteOffset());
-    EXPECT_EQ(0u, source.remaining());
-    EXPECT_TRUE(source.endOfStream());
-    EXPECT_EQ(0u, source.read(&b, 1));
-    EXPECT_TRUE(source.endOfStream());
-    EXPECT_EQ(10u, source.absoluteOffset());
-
-    source.seek(3);
-    source.discard();
-    EXPECT_EQ(10u, source.absoluteOffset());
-    EXPECT_TRUE(source.endOfStream());
-    EXPECT_EQ("", below.problems());
-}
-
 TEST(BufferAlignDataSourceTest, LargeReadsGoStraightToTheCaller)
 {
     std::vector<unsigned char> bytes = patternBytes(40);
@@ -408,44 +280,6 @@ TEST(BufferAlignDataSourceTest, LargeReadsGoStraightToTheCaller)
     source.seek(0);
     ASSERT_EQ(8u, source.read(got.data(), 8));
     EXPECT_NE(got.data(), below.reads.back().into);
-    EXPECT_EQ("", below.problems());
-}
-
-TEST(BufferAlignDataSourceTest, SkipStaysInTheBufferWhenItCan)
-{
-    std::vector<unsigned char> bytes = patternBytes(64);
-    CheckingSource below(bytes, 4, true);
-    BufferAlignDataSource source(below, 4, 16);
-    unsigned char b = 0;
-
-    ASSERT_EQ(1u, source.read(&b, 1));
-    EXPECT_EQ(0u, source.skip(0));
-    EXPECT_EQ(14u, source.skip(14));
-    EXPECT_EQ(0u, below.seeks.size());
-    ASSERT_EQ(1u, source.read(&b, 1));
-    EXPECT_EQ(bytes[15], b);
-
-    // Exactly what the buffer holds: the byte after its last one, still without a seek.
-    ASSERT_EQ(1u, source.read(&b, 1));
-    EXPECT_EQ(bytes[16], b);
-    EXPECT_EQ(15u, source.skip(15));
-    EXPECT_EQ(32u, source.absoluteOffset());
-    EXPECT_EQ(0u, below.seeks.size());
-    ASSERT_EQ(1u, source.read(&b, 1));
-    EXPECT_EQ(bytes[32], b);
-    EXPECT_EQ(32u, below.reads.back().offset);
-
-    // Leaving the buffer goes through a seek to the aligned offset.
-    EXPECT_EQ(17u, source.skip(17));
-    ASSERT_EQ(1u, below.seeks.size());
-    EXPECT_EQ(48u, below.seeks[0]);
-    ASSERT_EQ(1u, source.read(&b, 1));
-    EXPECT_EQ(bytes[50], b);
-
-    // Too far: gives the distance moved; the largest count does not wrap around.
-    EXPECT_EQ(13u, source.skip(ALL));
-    EXPECT_TRUE(source.endOfStream());
-    EXPECT_EQ(0u, source.skip(1));
     EXPECT_EQ("", below.problems());
 }
 
@@ -491,27 +325,4 @@ TEST(BufferAlignDataSourceTest, MatchesAPlainSourceForRandomOperations)
                 return;
         }
     }
-}
-
-TEST(BufferAlignDataSourceTest, WorksOverAFile)
-{
-    TestSupport::ScratchDirectory dir;
-    ASSERT_TRUE(dir.ok());
-    std::vector<unsigned char> bytes = patternBytes(10000);
-    dir.put("aligned.bin", bytes);
-    DataIO::File::FileDataSource file(dir.widePath("aligned.bin").c_str(), 0);
-    BufferAlignDataSource source(file, 512, 4096);
-
-    std::vector<unsigned char> got(10000);
-    EXPECT_EQ(777u, source.seek(777));
-    ASSERT_EQ(5000u, source.read(got.data(), 5000));
-    EXPECT_TRUE(std::equal(got.begin(), got.begin() + 5000, bytes.begin() + 777));
-    EXPECT_EQ(5777u, source.absoluteOffset());
-    EXPECT_EQ(100u, source.seek(100));
-    ASSERT_EQ(10u, source.read(got.data(), 10));
-    EXPECT_EQ(bytes[100], got[0]);
-    source.seek(9999);
-    ASSERT_EQ(1u, source.read(got.data(), 100));
-    EXPECT_EQ(bytes[9999], got[0]);
-    EXPECT_TRUE(source.endOfStream());
 }

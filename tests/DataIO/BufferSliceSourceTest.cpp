@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include "Support/Mxf.h"
+
 #include "DataIO/BufferSliceSource.h"
 #include "DataIO/SliceReader.h"
 #include "DataIO/SliceTestHelpers.h"
@@ -48,15 +50,7 @@ TEST(BufferSliceSourceTest, QueueReadSkipAndClose)
         buffer.close();
         EXPECT_TRUE(buffer.closed());
         EXPECT_FALSE(buffer.endOfStream());
-        try
-        {
-            buffer.write(window(a, 0, 1));
-            FAIL() << "no exception";
-        }
-        catch (Exceptions::InvalidValue const & e)
-        {
-            EXPECT_EQ("this -> closed () == false: BufferSliceSource already closed.", Utils::narrow(e.message()));
-        }
+        EXPECT_EQ(VellumTest::messageOf<Exceptions::InvalidValue>([&] { buffer.write(window(a, 0, 1)); }), "this -> closed () == false: BufferSliceSource already closed.");
         EXPECT_EQ(7u, buffer.accessible());
 
         // Skipping more than is queued gives what there was, without waiting.

@@ -203,19 +203,3 @@ TEST(ChainTest, ChopInTheMiddleOfASliceSharesTheBlock)
     out.clear();
     EXPECT_EQ(0, factory.live);
 }
-
-TEST(ChainTest, ChopEndMovesWholeSlicesToTheFront)
-{
-    CountingBlockFactory factory;
-    Chain chain;
-    fill(chain, factory, counting(30), {10, 10, 10});
-    Chain out;
-    chain.chopEnd(15, out);
-    EXPECT_EQ(2u, out.slice_count());
-    EXPECT_EQ(counting(15, 15), bytesOf(out));
-    EXPECT_EQ(counting(15), bytesOf(chain));
-    chain.chopEnd(0, out);
-    chain.chopEnd(100, out);
-    EXPECT_TRUE(chain.empty());
-    EXPECT_EQ(counting(30), bytesOf(out));
-}

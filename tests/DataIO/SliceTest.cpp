@@ -11,22 +11,6 @@ using Vellum::DataIO::Testing::CountingBlockFactory;
 using Vellum::DataIO::Testing::bytesOf;
 using Vellum::DataIO::Testing::counting;
 
-TEST(SliceTest, DefaultSliceIsEmptyOnTheEmptyBlock)
-{
-    Templates::auto_ptr<Slice> slice(new Slice);
-    EXPECT_EQ(0u, slice->size());
-    EXPECT_EQ(slice->begin(), slice->end());
-    EXPECT_NE(nullptr, slice->begin());
-    EXPECT_EQ(&EmptyBlock::instance(), slice->block());
-    EXPECT_EQ(nullptr, slice->next());
-    EXPECT_EQ(nullptr, slice->previous());
-
-    // Blocks of the empty block's family come from the memory factory.
-    BlockHolder made = slice->block()->create(10);
-    EXPECT_EQ(10u, made->size());
-    slice.reset();
-}
-
 TEST(SliceTest, ReferencesFollowCopiesAssignmentsAndDestruction)
 {
     CountingBlockFactory factory;
@@ -87,18 +71,6 @@ TEST(SliceTest, CropMergeAndSplice)
     Templates::auto_ptr<Slice> none = a.splice(a.end());
     EXPECT_EQ(0u, none->size());
     EXPECT_EQ(3u, a.size());
-}
-
-TEST(SliceTest, SlicesComeFromTheSlicePool)
-{
-    Slice * first = new Slice;
-    delete first;
-    // The cell just freed is the head of the pool's free list, so it is taken again.
-    Slice * second = new Slice;
-    EXPECT_EQ(first, second);
-    uint64 idle = Platform::sliceAllocator().freeCount();
-    delete second;
-    EXPECT_EQ(idle + 1, Platform::sliceAllocator().freeCount());
 }
 
 TEST(SliceListTest, RingOperations)

@@ -45,26 +45,6 @@ bool bruteForce(std::vector<unsigned char> const & bytes, size_t from, uint64 li
 }
 } // namespace
 
-TEST(SyncWordFinderTest, FindsAWordAcrossASeamAndReportsTheBytesBefore)
-{
-    CountingBlockFactory factory;
-    std::vector<unsigned char> bytes = {9, 8, 7, 6, 5, 0, 0, 1, 0xB3, 4};
-    for (size_t seam = 1; seam < bytes.size(); ++seam)
-    {
-        SliceReader reader(pieces(factory, bytes, {seam}));
-        SyncWordFinder finder(reader, START_CODE, START_MASK);
-        SyncResult result;
-        ASSERT_TRUE(finder.find(100, result)) << "seam " << seam;
-        EXPECT_TRUE(result.found);
-        EXPECT_EQ(0xB3010000u, result.syncWord);
-        EXPECT_EQ((std::vector<unsigned char>{9, 8, 7, 6, 5}), bytesOf(result.skipped));
-        // The word itself is left in the reader.
-        EXPECT_EQ(5u, reader.absoluteOffset());
-        EXPECT_EQ((std::vector<unsigned char>{0, 0, 1, 0xB3}), bytesOf(*reader.read(4)));
-    }
-    EXPECT_EQ(0, factory.live);
-}
-
 TEST(SyncWordFinderTest, FindZeroConsumesNothing)
 {
     CountingBlockFactory factory;
@@ -129,26 +109,6 @@ TEST(SyncWordFinderTest, AnOpenSourceWithoutMoreDataKeepsTheUntestedBytes)
     EXPECT_EQ(0xC0010000u, result.syncWord);
     EXPECT_EQ(4u, reader.absoluteOffset());
     EXPECT_EQ(4u, result.skipped.data_size());
-}
-
-TEST(SyncWordFinderTest, FindWindowTestsEveryPositionOfTheWindow)
-{
-    CountingBlockFactory factory;
-    SliceReader reader(pieces(factory, {1}, {1}));
-    SyncWordFinder finder(reader, 0x44332211u, 0xFFFFFFFFu);
-    unsigned char bytes[8] = {0, 0, 0, 0, 0, 0, 0, 0};
-    for (int at = 0; at <= 4; ++at)
-    {
-        std::memset(bytes, 0, sizeof bytes);
-        bytes[at] = 0x11;
-        bytes[at + 1] = 0x22;
-        bytes[at + 2] = 0x33;
-        bytes[at + 3] = 0x44;
-        EXPECT_EQ(bytes + at, finder.findWindow(bytes, bytes + 8));
-        // A window that ends inside the word does not see it.
-        EXPECT_EQ(bytes + at + 3, finder.findWindow(bytes, bytes + at + 3));
-    }
-    EXPECT_EQ(bytes + 2, finder.findWindow(bytes, bytes + 2));
 }
 
 // Random bytes over a small alphabet, cut into random slices, searched again and again with

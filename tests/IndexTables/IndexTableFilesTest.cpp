@@ -13,6 +13,7 @@
 #include "IndexTables/IndexTableSegmentWithGOPInfo.h"
 #include "KLV/Reader.h"
 #include "Support/Fixtures.h"
+#include "Support/Process.h"
 
 using namespace Vellum;
 using namespace Vellum::IndexTables;
@@ -62,8 +63,6 @@ void expectRoundTrips(std::string const & path, std::size_t expectedSegments)
     }
 }
 
-bool haveFfprobe() { return std::system("command -v ffprobe >/dev/null 2>&1") == 0; }
-
 // The video packets of a file in stored (coded) order: display position and key flag.
 struct Picture
 {
@@ -75,22 +74,12 @@ struct Picture
 std::vector<Picture> probePictures(std::string const & path)
 {
     std::vector<Picture> pictures;
-    std::string command = "ffprobe -v error -select_streams v:0 -show_packets -show_entries packet=pts,flags "
-                          "-of csv=p=0 '" + path + "'";
-    FILE * pipe = ::popen(command.c_str(), "r");
-    if (pipe == nullptr)
-        return pictures;
-    char line[256];
-    while (std::fgets(line, sizeof line, pipe) != nullptr)
+    for (std::string const & line : VellumTest::ffprobePackets(path, "v:0", "pts,flags"))
     {
-        std::string text(line);
-        std::size_t comma = text.find(',');
-        if (comma == std::string::npos)
-            continue;
-        pictures.push_back(Picture{std::atoll(text.substr(0, comma).c_str()),
-                                   text.find('K', comma) != std::string::npos, 0});
+        std::size_t comma = line.find(',');
+        if (comma != std::string::npos)
+            pictures.push_back(Picture{std::atoll(line.substr(0, comma).c_str()), line.find('K', comma) != std::string::npos, 0});
     }
-    ::pclose(pipe);
     // Display positions are the ranks of the presentation times.
     std::vector<long long> times;
     for (Picture const & p : pictures)
@@ -123,7 +112,7 @@ void checkGopsAgainstFfprobe(std::string const & name)
     std::string path = VellumTest::ffmpegFixture(name);
     if (path.empty())
         GTEST_SKIP() << "ffmpeg is not installed";
-    if (!haveFfprobe())
+    if (!VellumTest::haveCommand("ffprobe"))
         GTEST_SKIP() << "ffprobe is not installed";
     std::vector<Picture> pictures = probePictures(path);
     ASSERT_FALSE(pictures.empty());

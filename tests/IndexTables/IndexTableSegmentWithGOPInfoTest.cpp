@@ -83,47 +83,6 @@ TEST(IndexTableSegmentWithGOPInfo, WithoutKeyFramesAndWithoutEntries)
     EXPECT_EQ(Exceptions::IndexOutOfBounds::ERROR_CODE, thrownBy([&] { segment->gopInfo(0); }).code);
 }
 
-TEST(IndexTableSegmentWithGOPInfo, ClosedAndOpenGops)
-{
-    std::vector<StoredEntry> closed = mpegStream(30, 12, 3, false);
-    std::unique_ptr<IndexTableSegmentWithGOPInfo> segment = segmentOf(closed);
-    EXPECT_EQ(std::vector<int>({12, 12, 6}), sizes(*segment));
-    for (auto const & gop : segment->gopIndex2SizeMap())
-        EXPECT_TRUE(gop.second.closed) << gop.first;
-
-    // Open GOPs: the B pictures behind each later I picture refer to the GOP in front.
-    std::vector<StoredEntry> open = mpegStream(30, 12, 3, true);
-    segment = segmentOf(open);
-    EXPECT_EQ(std::vector<int>({10, 12, 8}), sizes(*segment));
-    EXPECT_TRUE(segment->gopIndex2SizeMap().at(0).closed);
-    EXPECT_FALSE(segment->gopIndex2SizeMap().at(1).closed);
-    EXPECT_FALSE(segment->gopIndex2SizeMap().at(2).closed);
-
-    // Display order: stored I0 P3 B1 B2 ...; B1 (stored 2) is displayed at 1 in GOP 0, P3
-    // (stored 1) at 3.
-    EXPECT_EQ(1, segment->gopInfo(2).displayOrderGopPosition);
-    EXPECT_EQ(3, segment->gopInfo(1).displayOrderGopPosition);
-    // Stored 10 is I12; B10 and B11 (stored 11 and 12) are displayed first in the GOP of I12,
-    // which starts in display order at position 10.
-    EXPECT_EQ(0, segment->gopInfo(10).gopPosition);
-    EXPECT_EQ(2, segment->gopInfo(10).displayOrderGopPosition);
-    EXPECT_EQ(0, segment->gopInfo(11).displayOrderGopPosition);
-    EXPECT_EQ(1, segment->gopInfo(12).displayOrderGopPosition);
-    EXPECT_EQ(1, segment->gopInfo(12).displayOrderGopNumber);
-    // Every stored edit unit gets exactly one display position: they are a permutation.
-    std::vector<int> seen;
-    for (unsigned i = 0; i < segment->indexEntryCount(); ++i)
-    {
-        GOPInfo const & info = segment->gopInfo(i);
-        ASSERT_GE(info.displayOrderGopPosition, 0) << i;
-        int firstKey = info.displayOrderGopNumber == 0 ? 0 : 10 + 12 * (info.displayOrderGopNumber - 1);
-        seen.push_back(firstKey + info.displayOrderGopPosition);
-    }
-    std::sort(seen.begin(), seen.end());
-    for (int i = 0; i < 30; ++i)
-        EXPECT_EQ(i, seen[i]);
-}
-
 TEST(IndexTableSegmentWithGOPInfo, SplitSegmentsAnswerAsOne)
 {
     for (bool open : {false, true})

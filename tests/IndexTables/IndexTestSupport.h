@@ -13,11 +13,12 @@
 #include "IndexTables/IndexTableSegmentListener.h"
 #include "KLV/Packet.h"
 #include "KLV/Reader.h"
+#include "Support/Mxf.h"
 #include "Utils/Text.h"
 
 namespace IndexTest
 {
-typedef std::vector<unsigned char> Bytes;
+using VellumTest::Bytes;
 
 inline Bytes currentKey()
 {
@@ -29,20 +30,11 @@ inline Bytes secondKey()
     return {0x06, 0x0e, 0x2b, 0x34, 0x02, 0x53, 0x01, 0x01, 0x0d, 0x01, 0x02, 0x01, 0x01, 0x10, 0x00, 0x00};
 }
 
-inline Bytes cat(Bytes a, Bytes const & b)
-{
-    a.insert(a.end(), b.begin(), b.end());
-    return a;
-}
-
-// `value` big-endian in `size` bytes.
-inline Bytes be(unsigned long long value, unsigned size)
-{
-    Bytes out(size);
-    for (unsigned i = size; i != 0; --i, value >>= 8)
-        out[i - 1] = static_cast<unsigned char>(value & 0xFF);
-    return out;
-}
+using VellumTest::be;
+using VellumTest::cat;
+using VellumTest::thrownBy;
+using VellumTest::Thrown;
+using VellumTest::written;
 
 // One item: tag, 2-byte length, value.
 inline Bytes item(unsigned tag, Bytes const & value)
@@ -66,18 +58,9 @@ inline Bytes leadingItems(long long start, long long duration)
                item(0x3F0D, be(duration, 8)));
 }
 
-// A whole packet with a BER length of `berLength` bytes (1: short form).
 inline Bytes packet(Bytes const & key, Bytes const & value, unsigned berLength = 4)
 {
-    Bytes out(key);
-    if (berLength == 1)
-        out.push_back(static_cast<unsigned char>(value.size()));
-    else
-    {
-        out.push_back(static_cast<unsigned char>(0x80 | (berLength - 1)));
-        out = cat(out, be(value.size(), berLength - 1));
-    }
-    return cat(out, value);
+    return VellumTest::klvPacket(key, value, berLength);
 }
 
 // An index entry on the wire.
@@ -106,42 +89,4 @@ std::unique_ptr<T> parse(Bytes const & bytes, Vellum::IndexTables::IndexTableSeg
     return std::unique_ptr<T>(new T(*p, listener));
 }
 
-template <class T>
-Bytes written(T const & segment)
-{
-    Vellum::DataIO::Memory::MemoryDataSink sink;
-    segment.serialize(sink);
-    if (sink.serializedSize() == 0)
-        return Bytes();
-    return Bytes(sink.rawBuffer(), sink.rawBuffer() + sink.serializedSize());
-}
-
-struct Thrown
-{
-    int code;
-    std::string message;
-    Bytes data;
-};
-
-inline Thrown thrownBy(std::function<void()> const & call)
-{
-    try
-    {
-        call();
-    }
-    catch (Vellum::Exceptions::InvalidLength const & e)
-    {
-        return Thrown{e.errorCode(), Vellum::Utils::narrow(e.message()).c_str(),
-                      Bytes(e.readData(), e.readData() + e.readDataLength())};
-    }
-    catch (Vellum::Exceptions::BaseException const & e)
-    {
-        return Thrown{e.errorCode(), Vellum::Utils::narrow(e.message()).c_str(), Bytes()};
-    }
-    catch (...)
-    {
-        return Thrown{-1, "", Bytes()};
-    }
-    return Thrown{0, "", Bytes()};
-}
 } // namespace IndexTest

@@ -30,14 +30,6 @@ struct Tag : public KLV::FixedLengthIdentificationType<2>
         return KLV::toStringHexadecimal(value_, 2);
     }
 };
-
-Bytes loadOID(char const * text, unsigned const * prefix, unsigned prefixCount, unsigned char const * fixed,
-              unsigned fixedCount)
-{
-    Bytes out(16, 0xEE);
-    KLV::loadFromStringOID(w(text).c_str(), out.data(), 16, prefix, prefixCount, fixed, fixedCount);
-    return out;
-}
 } // namespace
 
 TEST(FixedLengthIdentificationType, RootRefusesEveryForm)
@@ -62,154 +54,146 @@ TEST(FixedLengthIdentificationType, RootRefusesEveryForm)
     EXPECT_EQ("Don't know how to represent LocalTag in the given string representation format", t.message);
 }
 
-TEST(FixedLengthIdentificationType, OIDRoundTripsAndHidesTrailingZeros)
+namespace
 {
-    Bytes key = {0x06, 0x0e, 0x2b, 0x34, 0x02, 0x53, 0x01, 0x01, 0x0d, 0x01, 0x01, 0x01, 0x01, 0x01, 0x2f, 0x00};
-    std::string text = n(KLV::toStringOID(key.data(), KEY_PREFIX, 4, 5, 16));
-    EXPECT_EQ("1.3.53.2.83.1.1.13.1.1.1.1.1.47", text);
-    EXPECT_EQ(key, loadOID(text.c_str(), KEY_PREFIX, 4, KEY_FIXED, 5));
+// The text forms of identifiers, each as a load and a render over a value of `size` bytes.
+enum Form
+{
+    KeyOID,
+    LabelOID,
+    Dotted,
+    Hexadecimal,
+    RFC4122
+};
 
-    // Zeros inside the value are written; only those at the end are held back.
-    Bytes inner = {0x06, 0x0e, 0x2b, 0x34, 0x02, 0x00, 0x00, 0x07, 0, 0, 0, 0, 0, 0, 0, 0};
-    EXPECT_EQ("1.3.53.2.0.0.7", n(KLV::toStringOID(inner.data(), KEY_PREFIX, 4, 5, 16)));
-    EXPECT_EQ(inner, loadOID("1.3.53.2.0.0.7", KEY_PREFIX, 4, KEY_FIXED, 5));
-
-    Bytes allZero = {0x06, 0x0e, 0x2b, 0x34, 0x02, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0};
-    EXPECT_EQ("1.3.53.2", n(KLV::toStringOID(allZero.data(), KEY_PREFIX, 4, 5, 16)));
-    EXPECT_EQ(allZero, loadOID("1.3.53.2", KEY_PREFIX, 4, KEY_FIXED, 5));
-
-    // A universal label has one number less in front and one byte more behind it.
-    Bytes label = {0x06, 0x0e, 0x2b, 0x34, 0x04, 0x01, 0x01, 0x01, 0x0d, 0x01, 0x03, 0x01, 0x02, 0x01, 0x01, 0xff};
-    EXPECT_EQ("1.3.53.4.1.1.1.13.1.3.1.2.1.1.255", n(KLV::toStringOID(label.data(), UL_PREFIX, 3, 4, 16)));
-    EXPECT_EQ(label, loadOID("1.3.53.4.1.1.1.13.1.3.1.2.1.1.255", UL_PREFIX, 3, UL_FIXED, 4));
+void load(Form form, char const * text, unsigned char * out, unsigned size)
+{
+    Templates::wstring wide = text == nullptr ? Templates::wstring() : w(text);
+    unsigned short const * t = text == nullptr ? nullptr : wide.c_str();
+    switch (form)
+    {
+    case KeyOID:
+        return KLV::loadFromStringOID(t, out, size, KEY_PREFIX, 4, KEY_FIXED, 5);
+    case LabelOID:
+        return KLV::loadFromStringOID(t, out, size, UL_PREFIX, 3, UL_FIXED, 4);
+    case Dotted:
+        return KLV::loadFromStringDotted(t, out, size);
+    case Hexadecimal:
+        return KLV::loadFromStringHexadecimal(t, out, size);
+    case RFC4122:
+        return KLV::loadFromStringRFC4122(t, out, size, UUID_HYPHENS, 4);
+    }
 }
 
-TEST(FixedLengthIdentificationType, OIDLoadingRefusesBadTextAndLeavesTheValue)
+std::string render(Form form, Bytes const & value)
+{
+    switch (form)
+    {
+    case KeyOID:
+        return n(KLV::toStringOID(value.data(), KEY_PREFIX, 4, 5, 16));
+    case LabelOID:
+        return n(KLV::toStringOID(value.data(), UL_PREFIX, 3, 4, 16));
+    case Dotted:
+        return n(KLV::toStringDotted(value.data(), unsigned(value.size())));
+    case Hexadecimal:
+        return n(KLV::toStringHexadecimal(value.data(), unsigned(value.size())));
+    case RFC4122:
+        return n(KLV::toStringRFC4122(value.data(), 16, UUID_HYPHENS, 4));
+    }
+    return "";
+}
+} // namespace
+
+TEST(FixedLengthIdentificationType, TextFormsRoundTrip)
 {
     struct Case
     {
+        Form form;
+        Bytes value;
         char const * text;
+        // Another text that loads the same value: other case, other separators.
+        char const * alternative;
+    };
+    Case const cases[] = {
+        {KeyOID, {0x06, 0x0e, 0x2b, 0x34, 0x02, 0x53, 0x01, 0x01, 0x0d, 0x01, 0x01, 0x01, 0x01, 0x01, 0x2f, 0x00},
+         "1.3.53.2.83.1.1.13.1.1.1.1.1.47", nullptr},
+        // Zeros inside the value are written; only those at the end are held back.
+        {KeyOID, {0x06, 0x0e, 0x2b, 0x34, 0x02, 0x00, 0x00, 0x07, 0, 0, 0, 0, 0, 0, 0, 0}, "1.3.53.2.0.0.7", nullptr},
+        {KeyOID, {0x06, 0x0e, 0x2b, 0x34, 0x02, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0}, "1.3.53.2", nullptr},
+        {KeyOID, {0x06, 0x0e, 0x2b, 0x34, 0x02, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11}, "1.3.53.2.1.2.3.4.5.6.7.8.9.10.11",
+         nullptr},
+        // A universal label has one number less in front and one byte more behind it.
+        {LabelOID, {0x06, 0x0e, 0x2b, 0x34, 0x04, 0x01, 0x01, 0x01, 0x0d, 0x01, 0x03, 0x01, 0x02, 0x01, 0x01, 0xff},
+         "1.3.53.4.1.1.1.13.1.3.1.2.1.1.255", nullptr},
+        {Dotted, {0x06, 0x0e, 0x2b, 0x34, 0x02, 0x05, 0x01, 0x01, 0x0d, 0x01, 0x02, 0x01, 0x01, 0x02, 0x04, 0x00},
+         "06.0e.2b.34.02.05.01.01.0d.01.02.01.01.02.04.00", "06.0E.2B.34-02 05/01.01.0d.01.02.01.01.02.04.00"},
+        {Hexadecimal, {0x00, 0x7f, 0xa0, 0xff}, "0x007fa0ff", "0x007FA0fF"},
+        {RFC4122, {0x12, 0x34, 0x56, 0x78, 0x9a, 0xbc, 0xde, 0xf0, 0x01, 0x02, 0x03, 0x04, 0x05, 0x06, 0x07, 0x08},
+         "12345678-9abc-def0-0102-030405060708", "12345678_9ABC{DEF0 0102.030405060708"},
+    };
+    for (Case const & c : cases)
+    {
+        SCOPED_TRACE(c.text);
+        EXPECT_EQ(c.text, render(c.form, c.value));
+        for (char const * text : {c.text, c.alternative})
+        {
+            if (text == nullptr)
+                continue;
+            Bytes out(c.value.size(), 0xEE);
+            load(c.form, text, out.data(), unsigned(out.size()));
+            EXPECT_EQ(c.value, out) << text;
+        }
+    }
+}
+
+TEST(FixedLengthIdentificationType, LoadingRefusesBadTextAndLeavesTheValue)
+{
+    int const LENGTH = Exceptions::InvalidLength::ERROR_CODE;
+    int const LABEL = Exceptions::InvalidLabel::ERROR_CODE;
+    char const * const INITIAL = "OID contains initial values not according to type";
+    char const * const RANGE = "OID contains values not in [0 - 255].";
+    char const * const NOT_HEX = "Label contains non Hexadecimal characters";
+    struct Case
+    {
+        Form form;
+        char const * text;
+        unsigned size;
         int code;
         char const * message;
     };
     Case const cases[] = {
-        {"", Exceptions::InvalidLength::ERROR_CODE, "Not enough data"},
-        {"1.3", Exceptions::InvalidLength::ERROR_CODE, "Not enough data"},
-        {"1.3.52.2.1", Exceptions::InvalidLabel::ERROR_CODE, "OID contains initial values not according to type"},
-        {"1.3.53.3", Exceptions::InvalidLabel::ERROR_CODE, "OID contains initial values not according to type"},
-        {"1.x.53.2", Exceptions::InvalidLabel::ERROR_CODE, "OID contains initial values not according to type"},
-        {"1.3.53.2.256", Exceptions::InvalidLabel::ERROR_CODE, "OID contains values not in [0 - 255]."},
-        {"1.3.53.2.99999999999999", Exceptions::InvalidLabel::ERROR_CODE, "OID contains values not in [0 - 255]."},
-        {"1.3.53.2.1..2", Exceptions::InvalidLabel::ERROR_CODE, "OID contains values not in [0 - 255]."},
-        {"1.3.53.2.1.", Exceptions::InvalidLabel::ERROR_CODE, "OID contains values not in [0 - 255]."},
-        {"1.3.53.2.-1", Exceptions::InvalidLabel::ERROR_CODE, "OID contains values not in [0 - 255]."},
-        {"1.3.53.2.1.2.3.4.5.6.7.8.9.10.11.12", Exceptions::InvalidLength::ERROR_CODE,
-         "OID contains more elements than expected"},
+        {KeyOID, "", 16, LENGTH, "Not enough data"},
+        {KeyOID, "1.3", 16, LENGTH, "Not enough data"},
+        {KeyOID, "1.3.52.2.1", 16, LABEL, INITIAL},
+        {KeyOID, "1.3.53.3", 16, LABEL, INITIAL},
+        {KeyOID, "1.x.53.2", 16, LABEL, INITIAL},
+        {KeyOID, "1.3.53.2.256", 16, LABEL, RANGE},
+        {KeyOID, "1.3.53.2.99999999999999", 16, LABEL, RANGE},
+        {KeyOID, "1.3.53.2.1..2", 16, LABEL, RANGE},
+        {KeyOID, "1.3.53.2.1.", 16, LABEL, RANGE},
+        {KeyOID, "1.3.53.2.-1", 16, LABEL, RANGE},
+        {KeyOID, "1.3.53.2.1.2.3.4.5.6.7.8.9.10.11.12", 16, LENGTH, "OID contains more elements than expected"},
+        {Dotted, "06.0e.2b.34.02.05.01.01.0d.01.02.01.01.02.04.0", 16, LENGTH, "Not enough data"},
+        {Dotted, "06.0e.2b.34.02.05.01.01.0d.01.02.01.01.02.04.0g", 16, LABEL, NOT_HEX},
+        {Dotted, nullptr, 16, LENGTH, "Not enough data"},
+        {Hexadecimal, "0x007fa0f", 4, LENGTH, "Not enough data"},
+        {Hexadecimal, "0x007fa0fff", 4, LENGTH, "Not enough data"},
+        {Hexadecimal, "007fa0ff", 4, LENGTH, "Not enough data"},
+        {Hexadecimal, "00007fa0ff", 4, LABEL, "Expecting 0x in the start of the plain hexadecimal string representation"},
+        {Hexadecimal, "0X007fa0ff", 4, LABEL, "Expecting 0x in the start of the plain hexadecimal string representation"},
+        {Hexadecimal, "0x007fa0fz", 4, LABEL, NOT_HEX},
+        {RFC4122, "12345678-9abc-def0-0102-03040506070", 16, LENGTH, "Not enough data"},
+        {RFC4122, "123456789-abc-def0-0102-030405060708", 16, LABEL,
+         "Expections an separator that was not a hexadecimal character"},
+        {RFC4122, "12345678-9abc-def0-0102-03040506070x", 16, LABEL, NOT_HEX},
     };
     for (Case const & c : cases)
     {
-        Bytes out(16, 0xEE);
-        Thrown t = thrownBy([&] {
-            KLV::loadFromStringOID(w(c.text).c_str(), out.data(), 16, KEY_PREFIX, 4, KEY_FIXED, 5);
-        });
-        EXPECT_EQ(c.code, t.code) << c.text;
-        EXPECT_EQ(c.message, t.message) << c.text;
-        EXPECT_EQ(Bytes(16, 0xEE), out) << c.text;
+        SCOPED_TRACE(c.text == nullptr ? "(null)" : c.text);
+        Bytes out(c.size, 0xEE);
+        Thrown t = thrownBy([&] { load(c.form, c.text, out.data(), c.size); });
+        EXPECT_EQ(c.code, t.code);
+        EXPECT_EQ(c.message, t.message);
+        EXPECT_EQ(Bytes(c.size, 0xEE), out);
     }
-    // Eleven elements fill the key exactly.
-    Bytes full = loadOID("1.3.53.2.1.2.3.4.5.6.7.8.9.10.11", KEY_PREFIX, 4, KEY_FIXED, 5);
-    EXPECT_EQ(11, full[15]);
-}
-
-TEST(FixedLengthIdentificationType, DottedForm)
-{
-    Bytes value = {0x06, 0x0e, 0x2b, 0x34, 0x02, 0x05, 0x01, 0x01, 0x0d, 0x01, 0x02, 0x01, 0x01, 0x02, 0x04, 0x00};
-    EXPECT_EQ("06.0e.2b.34.02.05.01.01.0d.01.02.01.01.02.04.00", n(KLV::toStringDotted(value.data(), 16)));
-
-    Bytes out(16, 0);
-    // Upper-case digits are read; the separators are not looked at.
-    KLV::loadFromStringDotted(w("06.0E.2B.34-02 05/01.01.0d.01.02.01.01.02.04.00").c_str(), out.data(), 16);
-    EXPECT_EQ(value, out);
-
-    Bytes untouched(16, 0xEE);
-    Thrown t = thrownBy([&] {
-        KLV::loadFromStringDotted(w("06.0e.2b.34.02.05.01.01.0d.01.02.01.01.02.04.0").c_str(), untouched.data(), 16);
-    });
-    EXPECT_EQ(Exceptions::InvalidLength::ERROR_CODE, t.code);
-    EXPECT_EQ("Not enough data", t.message);
-    t = thrownBy([&] {
-        KLV::loadFromStringDotted(w("06.0e.2b.34.02.05.01.01.0d.01.02.01.01.02.04.0g").c_str(), untouched.data(), 16);
-    });
-    EXPECT_EQ(Exceptions::InvalidLabel::ERROR_CODE, t.code);
-    EXPECT_EQ("Label contains non Hexadecimal characters", t.message);
-    EXPECT_EQ(Bytes(16, 0xEE), untouched);
-    EXPECT_EQ("Not enough data", thrownBy([&] { KLV::loadFromStringDotted(nullptr, untouched.data(), 16); }).message);
-}
-
-TEST(FixedLengthIdentificationType, HexadecimalForm)
-{
-    Bytes value = {0x00, 0x7f, 0xa0, 0xff};
-    EXPECT_EQ("0x007fa0ff", n(KLV::toStringHexadecimal(value.data(), 4)));
-    Bytes out(4, 0);
-    KLV::loadFromStringHexadecimal(w("0x007FA0fF").c_str(), out.data(), 4);
-    EXPECT_EQ(value, out);
-
-    Bytes untouched(4, 0xEE);
-    struct Case
-    {
-        char const * text;
-        int code;
-        char const * message;
-    };
-    Case const cases[] = {
-        {"0x007fa0f", Exceptions::InvalidLength::ERROR_CODE, "Not enough data"},
-        {"0x007fa0fff", Exceptions::InvalidLength::ERROR_CODE, "Not enough data"},
-        {"007fa0ff", Exceptions::InvalidLength::ERROR_CODE, "Not enough data"},
-        {"00007fa0ff", Exceptions::InvalidLabel::ERROR_CODE,
-         "Expecting 0x in the start of the plain hexadecimal string representation"},
-        {"0X007fa0ff", Exceptions::InvalidLabel::ERROR_CODE,
-         "Expecting 0x in the start of the plain hexadecimal string representation"},
-        {"0x007fa0fz", Exceptions::InvalidLabel::ERROR_CODE, "Label contains non Hexadecimal characters"},
-    };
-    for (Case const & c : cases)
-    {
-        Thrown t = thrownBy([&] { KLV::loadFromStringHexadecimal(w(c.text).c_str(), untouched.data(), 4); });
-        EXPECT_EQ(c.code, t.code) << c.text;
-        EXPECT_EQ(c.message, t.message) << c.text;
-    }
-    EXPECT_EQ(Bytes(4, 0xEE), untouched);
-}
-
-TEST(FixedLengthIdentificationType, RFC4122Form)
-{
-    Bytes value = {0x12, 0x34, 0x56, 0x78, 0x9a, 0xbc, 0xde, 0xf0, 0x01, 0x02, 0x03, 0x04, 0x05, 0x06, 0x07, 0x08};
-    std::string text = n(KLV::toStringRFC4122(value.data(), 16, UUID_HYPHENS, 4));
-    EXPECT_EQ("12345678-9abc-def0-0102-030405060708", text);
-    Bytes out(16, 0);
-    KLV::loadFromStringRFC4122(w(text.c_str()).c_str(), out.data(), 16, UUID_HYPHENS, 4);
-    EXPECT_EQ(value, out);
-    // Any separator that is not a digit will do.
-    KLV::loadFromStringRFC4122(w("12345678_9ABC{DEF0 0102.030405060708").c_str(), out.data(), 16, UUID_HYPHENS, 4);
-    EXPECT_EQ(value, out);
-
-    Bytes untouched(16, 0xEE);
-    Thrown t = thrownBy([&] {
-        KLV::loadFromStringRFC4122(w("12345678-9abc-def0-0102-03040506070").c_str(), untouched.data(), 16,
-                                   UUID_HYPHENS, 4);
-    });
-    EXPECT_EQ(Exceptions::InvalidLength::ERROR_CODE, t.code);
-    EXPECT_EQ("Not enough data", t.message);
-    t = thrownBy([&] {
-        KLV::loadFromStringRFC4122(w("123456789-abc-def0-0102-030405060708").c_str(), untouched.data(), 16,
-                                   UUID_HYPHENS, 4);
-    });
-    EXPECT_EQ(Exceptions::InvalidLabel::ERROR_CODE, t.code);
-    EXPECT_EQ("Expections an separator that was not a hexadecimal character", t.message);
-    t = thrownBy([&] {
-        KLV::loadFromStringRFC4122(w("12345678-9abc-def0-0102-03040506070x").c_str(), untouched.data(), 16,
-                                   UUID_HYPHENS, 4);
-    });
-    EXPECT_EQ(Exceptions::InvalidLabel::ERROR_CODE, t.code);
-    EXPECT_EQ("Label contains non Hexadecimal characters", t.message);
-    EXPECT_EQ(Bytes(16, 0xEE), untouched);
 }

@@ -8,37 +8,18 @@
 
 #include "DataIO/Memory/MemoryDataSource.h"
 #include "Exceptions/Exceptions.h"
+#include "Support/Mxf.h"
 #include "Utils/Text.h"
 
 namespace Vellum
 {
 namespace KLVTest
 {
-typedef std::vector<unsigned char> Bytes;
 
-// What a call threw: the class's error code (0 for none, -1 for a foreign exception) and message.
-struct Thrown
-{
-    int code;
-    std::string message;
-};
-
-inline Thrown thrownBy(std::function<void()> const & call)
-{
-    try
-    {
-        call();
-    }
-    catch (Exceptions::BaseException const & e)
-    {
-        return Thrown{e.errorCode(), Utils::narrow(e.message()).c_str()};
-    }
-    catch (...)
-    {
-        return Thrown{-1, ""};
-    }
-    return Thrown{0, ""};
-}
+using VellumTest::Bytes;
+using VellumTest::cat;
+using VellumTest::thrownBy;
+using VellumTest::Thrown;
 
 inline Templates::wstring w(char const * text)
 {
@@ -50,26 +31,9 @@ inline std::string n(Templates::wstring const & text)
     return Utils::narrow(text).c_str();
 }
 
-inline Bytes cat(Bytes a, Bytes const & b)
-{
-    a.insert(a.end(), b.begin(), b.end());
-    return a;
-}
-
-// A whole packet: key, a BER length of `berLength` bytes (1 for the short form), value.
 inline Bytes packet(Bytes const & key, Bytes const & value, unsigned berLength = 1)
 {
-    Bytes out(key);
-    uint64 length = value.size();
-    if (berLength == 1)
-        out.push_back(static_cast<unsigned char>(length));
-    else
-    {
-        out.push_back(static_cast<unsigned char>(0x80 | (berLength - 1)));
-        for (unsigned i = berLength - 1; i >= 1; --i)
-            out.push_back(static_cast<unsigned char>(length >> (8 * (i - 1))));
-    }
-    return cat(out, value);
+    return VellumTest::klvPacket(key, value, berLength);
 }
 
 // Forwards to a memory source and counts what it is asked.

@@ -22,6 +22,8 @@
 #include "Metadata/Structural/StructuralMetadataKeys.h"
 #include "Metadata/Structural/TimelineTrack.h"
 #include "Support/Fixtures.h"
+#include "Support/Mxf.h"
+#include "Support/Process.h"
 #include "Types/Integers.h"
 #include "Utils/Text.h"
 
@@ -32,72 +34,9 @@ namespace
 {
 typedef std::vector<unsigned char> Bytes;
 
-Templates::SharedPtr<MetaMetadata::Dictionary> dictionary()
-{
-    static Templates::SharedPtr<MetaMetadata::Dictionary> d = MetaMetadata::createStandardDictionary();
-    return d;
-}
-
-template <class E>
-std::string messageOf(std::function<void()> const & f)
-{
-    try
-    {
-        f();
-    }
-    catch (E const & e)
-    {
-        return Utils::narrow(e.message()).c_str();
-    }
-    catch (Exceptions::BaseException const & e)
-    {
-        return std::string("other exception: ") + Utils::narrow(e.message()).c_str();
-    }
-    return "no exception";
-}
-
-// One KLV packet of a file as an independent walk over its bytes finds it.
-struct Item
-{
-    size_t offset;
-    unsigned char key[16];
-    uint64 length;
-    unsigned int trackNumber() const
-    {
-        return (unsigned int)key[12] << 24 | (unsigned int)key[13] << 16 | (unsigned int)key[14] << 8 | key[15];
-    }
-    bool essenceOrSystem() const
-    {
-        return key[8] == 0x0D && key[9] == 0x01 && key[10] == 0x03 && key[11] == 0x01 &&
-               (key[4] == 0x01 || key[4] == 0x02);
-    }
-};
-
-std::vector<Item> walk(Bytes const & file)
-{
-    std::vector<Item> items;
-    size_t p = 0;
-    while (p + 17 <= file.size())
-    {
-        Item item;
-        item.offset = p;
-        std::copy(file.begin() + long(p), file.begin() + long(p) + 16, item.key);
-        unsigned char b = file[p + 16];
-        size_t header = 17;
-        uint64 length = b;
-        if (b & 0x80)
-        {
-            length = 0;
-            for (unsigned i = 0; i < (b & 0x7fu); ++i)
-                length = (length << 8) | file[p + 17 + i];
-            header += b & 0x7fu;
-        }
-        item.length = length;
-        items.push_back(item);
-        p += header + size_t(length);
-    }
-    return items;
-}
+using VellumTest::dictionary;
+using VellumTest::messageOf;
+typedef VellumTest::KlvItem Item;
 
 // Offsets of the packets of a track number, in file order.
 std::vector<size_t> offsetsOf(std::vector<Item> const & items, unsigned int trackNumber)
@@ -113,15 +52,8 @@ std::vector<size_t> offsetsOf(std::vector<Item> const & items, unsigned int trac
 std::vector<size_t> ffprobePositions(std::string const & path, char const * stream)
 {
     std::vector<size_t> positions;
-    std::string command = std::string("ffprobe -v error -select_streams ") + stream +
-                          " -show_entries packet=pos -of csv=p=0 '" + path + "' 2>/dev/null";
-    FILE * pipe = ::popen(command.c_str(), "r");
-    if (pipe == nullptr)
-        return positions;
-    char line[64];
-    while (std::fgets(line, sizeof line, pipe) != nullptr)
-        positions.push_back(size_t(std::strtoull(line, nullptr, 10)));
-    ::pclose(pipe);
+    for (std::string const & pos : VellumTest::ffprobePackets(path, stream, "pos"))
+        positions.push_back(size_t(std::stoull(pos)));
     return positions;
 }
 
@@ -132,7 +64,6 @@ struct Opened
     {
         if (path.empty())
             return;
-        Metadata::Structural::initialize();
         bytes = VellumTest::readFile(path);
         source.reset(new DataIO::Memory::MemoryDataSource(bytes.data(), bytes.size()));
         reader.reset(new MXFIO::Reader2(*source, dictionary(), 65536));
@@ -144,7 +75,7 @@ struct Opened
             metadata->find(Metadata::Structural::StructuralMetadataKeys::essenceContainerData());
         if (!sets.empty())
             data = dynamic_cast<Metadata::Structural::EssenceContainerData *>(sets[0]);
-        items = walk(bytes);
+        items = VellumTest::klvWalk(bytes);
     }
     bool ok() const { return !path.empty() && data != nullptr; }
     Templates::auto_ptr<ContentStorageReader> open(bool sequential = false)
@@ -152,17 +83,13 @@ struct Opened
         return Templates::auto_ptr<ContentStorageReader>(new ContentStorageReader(
             *reader, *data, false, sequential, Templates::SharedPtr<MXFIO::ContentStorageProfile>()));
     }
-    unsigned int trackIDOf(unsigned int trackNumber)
+    Metadata::Structural::TimelineTrack * track(unsigned int trackNumber)
     {
-        Metadata::Structural::SourcePackage * package =
-            dynamic_cast<Metadata::Structural::SourcePackage *>(data->linkedPackage());
+        Metadata::Structural::GenericPackage * package = data->linkedPackage();
         for (unsigned int i = 0; i < package->tracksCount(); ++i)
-        {
-            Metadata::Structural::Track * track = package->track(i);
-            if (track->trackNumber() != nullptr && track->trackNumber()->value() == trackNumber)
-                return track->trackID()->value();
-        }
-        return 0;
+            if (package->track(i)->trackNumber() != nullptr && package->track(i)->trackNumber()->value() == trackNumber)
+                return dynamic_cast<Metadata::Structural::TimelineTrack *>(package->track(i));
+        return nullptr;
     }
 
     std::string path;
@@ -226,8 +153,8 @@ TEST(MXFIOContentStorageReader, FrameWrappedContainer)
     EXPECT_EQ(reader->editRate().value(), Templates::Rational<int>(25, 1));
     // Two B pictures between the references: pictures move by up to two places.
     EXPECT_EQ(reader->temporalReordering(), 2u);
-    EXPECT_EQ(reader->trackNumber2TrackID(mpegPicture), o.trackIDOf(mpegPicture));
-    EXPECT_EQ(reader->trackNumber2TrackID(pcmSound), o.trackIDOf(pcmSound));
+    EXPECT_EQ(reader->trackNumber2TrackID(mpegPicture), o.track(mpegPicture)->trackID()->value());
+    EXPECT_EQ(reader->trackNumber2TrackID(pcmSound), o.track(pcmSound)->trackID()->value());
     EXPECT_EQ(messageOf<Exceptions::NotFound>([&] { reader->trackNumber2TrackID(0x17010100); }),
               "it != impl_ -> metadataInfo_.trackNumber2TrackID.end (): TrackNumber has no trackID correnpondent.");
 
@@ -410,11 +337,7 @@ TEST(MXFIOContentStorageReader, ReadsAcrossBodyPartitions)
     std::vector<size_t> packages = offsetsOf(o.items, systemPack);
     ASSERT_EQ(packages.size(), 300u);
     // The muxer opened more than one body partition.
-    unsigned int bodies = 0;
-    for (Item const & item : o.items)
-        if (item.key[4] == 0x02 && item.key[5] == 0x05 && item.key[12] == 0x01 && item.key[13] == 0x03)
-            ++bodies;
-    ASSERT_GT(bodies, 1u);
+    ASSERT_GT(VellumTest::partitionsOfKind(o.bytes, 0x03).size(), 1u);
 
     for (bool sequential : {false, true})
     {
@@ -509,18 +432,6 @@ private:
     PartitionProviderChoice partitions_;
 };
 
-Metadata::Structural::TimelineTrack * trackOf(Opened & o, unsigned int trackNumber)
-{
-    Metadata::Structural::SourcePackage * package =
-        dynamic_cast<Metadata::Structural::SourcePackage *>(o.data->linkedPackage());
-    for (unsigned int i = 0; i < package->tracksCount(); ++i)
-    {
-        Metadata::Structural::Track * track = package->track(i);
-        if (track->trackNumber() != nullptr && track->trackNumber()->value() == trackNumber)
-            return dynamic_cast<Metadata::Structural::TimelineTrack *>(track);
-    }
-    return nullptr;
-}
 } // namespace
 
 TEST(MXFIOContentStorageReader, ElementReadersAndTheirChecks)
@@ -535,12 +446,12 @@ TEST(MXFIOContentStorageReader, ElementReadersAndTheirChecks)
     EXPECT_EQ(picture->trackNumber(), mpegPicture);
 
     // The time code track has the number 0: found, but no element of the container.
-    ASSERT_NE(trackOf(o, 0), nullptr);
+    ASSERT_NE(o.track(0), nullptr);
     EXPECT_EQ(messageOf<Exceptions::NotFound>([&] { reader->elementReader(0, 0, 50, rate); }),
               "trackNumber != 0: Track Number not found.");
 
     // A track whose number the container does not carry.
-    Metadata::Structural::TimelineTrack * sound = trackOf(o, pcmSound);
+    Metadata::Structural::TimelineTrack * sound = o.track(pcmSound);
     ASSERT_NE(sound, nullptr);
     Types::UInt32 const foreign(0x17010100);
     sound->trackNumber(&foreign);
@@ -551,7 +462,7 @@ TEST(MXFIOContentStorageReader, ElementReadersAndTheirChecks)
     sound->trackNumber(&own);
 
     // A track that claims more edit units than the container holds.
-    Metadata::Structural::TimelineTrack * video = trackOf(o, mpegPicture);
+    Metadata::Structural::TimelineTrack * video = o.track(mpegPicture);
     ASSERT_NE(video, nullptr);
     ASSERT_NE(video->sequence(), nullptr);
     ASSERT_NE(video->sequence()->duration(), nullptr);

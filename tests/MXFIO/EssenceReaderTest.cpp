@@ -30,6 +30,8 @@
 #include "MXFIO/Reader2.h"
 #include "Support/Fixtures.h"
 #include "Support/Md5.h"
+#include "Support/Mxf.h"
+#include "Support/Process.h"
 #include "Types/Integers.h"
 #include "Types/Rational.h"
 #include "Utils/Text.h"
@@ -44,72 +46,7 @@ namespace
 typedef std::vector<unsigned char> Bytes;
 typedef Templates::Rational<int64> Time;
 
-Templates::SharedPtr<MetaMetadata::Dictionary> dictionary()
-{
-    Metadata::Structural::initialize();
-    static Templates::SharedPtr<MetaMetadata::Dictionary> d = MetaMetadata::createStandardDictionary();
-    return d;
-}
-
-std::string run(std::string const & command)
-{
-    std::string out;
-    FILE * pipe = ::popen(command.c_str(), "r");
-    if (pipe == 0)
-        return out;
-    char buffer[4096];
-    size_t n;
-    while ((n = std::fread(buffer, 1, sizeof buffer, pipe)) > 0)
-        out.append(buffer, n);
-    ::pclose(pipe);
-    return out;
-}
-
-// The packets of one kind of stream ("v" or "a") as ffmpeg copies them, in file order: their
-// hashes and presentation times.
-struct Packets
-{
-    std::vector<std::string> md5;
-    std::vector<long> pts;
-};
-
-Packets frameMd5(std::string const & path, std::string const & kind)
-{
-    std::istringstream lines(run("ffmpeg -v error -nostdin -i '" + path + "' -map 0:" + kind +
-                                 "? -c copy -f framemd5 - 2>/dev/null"));
-    Packets result;
-    std::string line;
-    while (std::getline(lines, line))
-    {
-        if (line.empty() || line[0] == '#')
-            continue;
-        // stream, dts, pts, duration, size, hash, then side data if any.
-        std::istringstream fields(line);
-        std::string field;
-        for (int i = 0; i < 6; ++i)
-        {
-            std::getline(fields, field, ',');
-            if (i == 2)
-                result.pts.push_back(std::stol(field));
-        }
-        field.erase(0, field.find_first_not_of(' '));
-        result.md5.push_back(field);
-    }
-    return result;
-}
-
-// The number of packets of one kind of stream, as ffprobe counts them.
-size_t packetCount(std::string const & path, std::string const & kind)
-{
-    std::istringstream lines(run("ffprobe -v error -select_streams " + kind +
-                                 " -show_entries packet=stream_index -of csv=p=0 '" + path + "' 2>/dev/null"));
-    size_t count = 0;
-    std::string line;
-    while (std::getline(lines, line))
-        if (!line.empty())
-            ++count;
-    return count;
-}
+using VellumTest::dictionary;
 
 // What was read of one kind of stream.
 struct Stream
@@ -211,12 +148,13 @@ struct Opened
 struct Truth
 {
     explicit Truth(std::string const & path)
-        : videoCount(packetCount(path, "v")), audioCount(packetCount(path, "a"))
+        : videoCount(VellumTest::ffprobePackets(path, "v", "stream_index").size()),
+          audioCount(VellumTest::ffprobePackets(path, "a", "stream_index").size())
     {
-        Packets pictures = frameMd5(path, "v");
+        VellumTest::FramePackets pictures = VellumTest::frameMd5(path, "v");
         video = pictures.md5;
         videoPts = pictures.pts;
-        audio = frameMd5(path, "a").md5;
+        audio = VellumTest::frameMd5(path, "a").md5;
     }
     // The hash of the picture shown at frame n.
     std::string shownAt(long n) const
@@ -254,58 +192,39 @@ void expectWholeEssence(std::string const & name, std::map<std::string, Stream> 
     }
 }
 
-// Offsets of the partition packs of one kind (0x02 header, 0x03 body, 0x04 footer).
-std::vector<size_t> partitionsOfKind(Bytes const & file, unsigned char kind)
+// The material package's track whose clip leads to an element of this item type (0x15 picture,
+// 0x16 sound).
+Metadata::Structural::TimelineTrack * materialTrack(Opened & file, unsigned int itemType)
 {
-    static unsigned char const prefix[13] = {0x06, 0x0e, 0x2b, 0x34, 0x02, 0x05, 0x01, 0x01, 0x0d, 0x01, 0x02, 0x01, 0x01};
-    std::vector<size_t> result;
-    for (size_t i = 0; i + 16 <= file.size(); ++i)
-        if (std::equal(prefix, prefix + 13, file.begin() + i) && file[i + 13] == kind && file[i + 14] <= 0x04)
-            result.push_back(i);
-    return result;
-}
-
-size_t valueStart(Bytes const & file, size_t keyOffset)
-{
-    unsigned char first = file[keyOffset + 16];
-    return keyOffset + 17 + ((first & 0x80) ? (first & 0x7f) : 0);
-}
-
-void putUInt64(Bytes & file, size_t at, uint64 value)
-{
-    for (int i = 7; i >= 0; --i, value >>= 8)
-        file[at + i] = static_cast<unsigned char>(value);
+    Metadata::Structural::GenericPackage & material = file.material();
+    Metadata::Structural::GenericPackage * source = file.filePackage();
+    for (unsigned i = 0; source != 0 && i < material.tracksCount(); ++i)
+    {
+        auto * track = dynamic_cast<Metadata::Structural::TimelineTrack *>(material.track(i));
+        if (track == 0 || track->sequence() == 0 || track->sequence()->structuralComponentsCount() == 0)
+            continue;
+        auto * clip = dynamic_cast<Metadata::Structural::SourceClip *>(track->sequence()->structuralComponent(0));
+        if (clip == 0 || clip->sourceTrackID() == 0)
+            continue;
+        Metadata::Structural::Track * sourceTrack = source->track(*clip->sourceTrackID());
+        if (sourceTrack != 0 && sourceTrack->trackNumber() != 0 && sourceTrack->trackNumber()->value() >> 24 == itemType)
+            return track;
+    }
+    return 0;
 }
 
 // Gives the material package's sound track of an ffmpeg file (which counts it in frames) an edit
 // rate of 48000, with its clip of 48000 units a second: 1920 samples in each 25 fps unit.
 void soundAt48000(Opened & file, int64 frames)
 {
-    Metadata::Structural::GenericPackage & material = file.material();
-    for (unsigned i = 0; i < material.tracksCount(); ++i)
-    {
-        Metadata::Structural::TimelineTrack * track =
-            dynamic_cast<Metadata::Structural::TimelineTrack *>(material.track(i));
-        if (track == 0 || track->sequence() == 0 || track->sequence()->structuralComponentsCount() == 0)
-            continue;
-        // The sound track is the one whose clip leads to a sound element of the file package.
-        Metadata::Structural::SourceClip * clip =
-            dynamic_cast<Metadata::Structural::SourceClip *>(track->sequence()->structuralComponent(0));
-        Metadata::Structural::GenericPackage * source = file.filePackage();
-        if (clip == 0 || clip->sourceTrackID() == 0 || source == 0)
-            continue;
-        Metadata::Structural::Track * sourceTrack = source->track(*clip->sourceTrackID());
-        if (sourceTrack == 0 || sourceTrack->trackNumber() == 0 || sourceTrack->trackNumber()->value() >> 24 != 0x16)
-            continue;
-        Types::Rational rate(48000, 1);
-        track->editRate(&rate);
-        Types::Length length(frames * 1920);
-        track->sequence()->duration(&length);
-        for (unsigned c = 0; c < track->sequence()->structuralComponentsCount(); ++c)
-            track->sequence()->structuralComponent(c)->duration(&length);
-        return;
-    }
-    ADD_FAILURE() << "no sound track";
+    Metadata::Structural::TimelineTrack * track = materialTrack(file, 0x16);
+    ASSERT_NE(track, nullptr);
+    Types::Rational rate(48000, 1);
+    track->editRate(&rate);
+    Types::Length length(frames * 1920);
+    track->sequence()->duration(&length);
+    for (unsigned c = 0; c < track->sequence()->structuralComponentsCount(); ++c)
+        track->sequence()->structuralComponent(c)->duration(&length);
 }
 } // namespace
 
@@ -575,29 +494,6 @@ TEST(MXFIOEssenceReader, ReadsASourcePackageDirectly)
     expectWholeEssence("file package", streams, truth);
 }
 
-namespace
-{
-// The material package's track whose clip leads to an element of this item type (0x15 picture,
-// 0x16 sound).
-Metadata::Structural::TimelineTrack * materialTrack(Opened & file, unsigned int itemType)
-{
-    Metadata::Structural::GenericPackage & material = file.material();
-    Metadata::Structural::GenericPackage * source = file.filePackage();
-    for (unsigned i = 0; source != 0 && i < material.tracksCount(); ++i)
-    {
-        auto * track = dynamic_cast<Metadata::Structural::TimelineTrack *>(material.track(i));
-        if (track == 0 || track->sequence() == 0 || track->sequence()->structuralComponentsCount() == 0)
-            continue;
-        auto * clip = dynamic_cast<Metadata::Structural::SourceClip *>(track->sequence()->structuralComponent(0));
-        if (clip == 0 || clip->sourceTrackID() == 0)
-            continue;
-        Metadata::Structural::Track * sourceTrack = source->track(*clip->sourceTrackID());
-        if (sourceTrack != 0 && sourceTrack->trackNumber() != 0 && sourceTrack->trackNumber()->value() >> 24 == itemType)
-            return track;
-    }
-    return 0;
-}
-} // namespace
 
 TEST(MXFIOEssenceReader, FollowsTheClipsOfATrack)
 {
@@ -691,19 +587,27 @@ TEST(MXFIOEssenceReader, ReadsWhatADamagedFileStillHolds)
     REQUIRE_FIXTURE(path, "op1a-mpeg2-pcm.mxf");
     Truth truth(path);
     Bytes original = VellumTest::readFile(path);
-    std::vector<size_t> bodies = partitionsOfKind(original, 0x03);
-    std::vector<size_t> footers = partitionsOfKind(original, 0x04);
+    std::vector<size_t> bodies = VellumTest::partitionsOfKind(original, 0x03);
+    std::vector<size_t> footers = VellumTest::partitionsOfKind(original, 0x04);
     ASSERT_FALSE(bodies.empty());
     ASSERT_EQ(footers.size(), 1u);
 
-    auto readWhole = [&](std::string const & what, Bytes bytes) {
+    // Reads a damaged copy; a cut copy gives a whole prefix of the units (the last perhaps short).
+    auto readWhole = [&](std::string const & what, Bytes bytes, bool cut) {
         SCOPED_TRACE(what);
         try
         {
             Opened file(std::move(bytes));
             EssenceReader reader(file.reader, *file.preface, file.material(), false, false);
             std::map<std::string, Stream> streams = readAll(reader);
-            expectWholeEssence(what, streams, truth);
+            if (!cut)
+                return expectWholeEssence(what, streams, truth);
+            ASSERT_GT(streams["v"].md5.size(), 5u);
+            EXPECT_LT(streams["v"].md5.size(), truth.video.size());
+            for (size_t i = 0; i + 1 < streams["v"].md5.size(); ++i)
+                EXPECT_EQ(streams["v"].md5[i], truth.video[i]) << i;
+            for (size_t i = 0; i + 1 < streams["a"].md5.size(); ++i)
+                EXPECT_EQ(streams["a"].md5[i], truth.audio[i]) << i;
         }
         catch (Exceptions::BaseException const & e)
         {
@@ -711,57 +615,23 @@ TEST(MXFIOEssenceReader, ReadsWhatADamagedFileStillHolds)
         }
     };
 
-    {
-        // No Random Index Pack at the end.
-        Bytes copy = original;
-        uint64 ripLength = 0;
-        for (size_t i = copy.size() - 4; i < copy.size(); ++i)
-            ripLength = (ripLength << 8) | copy[i];
-        ASSERT_LT(ripLength, copy.size());
-        ASSERT_EQ(copy[copy.size() - ripLength + 13], 0x11);
-        copy.resize(copy.size() - static_cast<size_t>(ripLength));
-        readWhole("without RIP", copy);
-    }
-    {
-        // A run-in of 100 bytes in front of the header.
-        Bytes copy(100, 0x00);
-        copy.insert(copy.end(), original.begin(), original.end());
-        readWhole("with run-in", copy);
-    }
-    {
-        // The header names a body partition as the footer.
-        Bytes copy = original;
-        putUInt64(copy, valueStart(copy, 0) + 24, bodies[0]);
-        readWhole("footer offset on a body partition", copy);
-    }
-    {
-        // Cut after the first body partition: no footer, no index, no RIP.
-        readWhole("cut after the body", Bytes(original.begin(), original.begin() + footers[0]));
-    }
-    {
-        // Cut inside the first body partition: what lies before the cut is read.
-        size_t cut = bodies[0] + (footers[0] - bodies[0]) / 2;
-        Bytes copy(original.begin(), original.begin() + cut);
-        SCOPED_TRACE("cut inside the body");
-        try
-        {
-        Opened file(copy);
-        EssenceReader reader(file.reader, *file.preface, file.material(), false, false);
-        std::map<std::string, Stream> streams = readAll(reader);
-        Stream & video = streams["v"];
-        ASSERT_GT(video.md5.size(), 5u);
-        EXPECT_LT(video.md5.size(), truth.video.size());
-        // The last unit may be cut short; all before it are whole.
-        for (size_t i = 0; i + 1 < video.md5.size(); ++i)
-            EXPECT_EQ(video.md5[i], truth.video[i]) << i;
-        for (size_t i = 0; i + 1 < streams["a"].md5.size(); ++i)
-            EXPECT_EQ(streams["a"].md5[i], truth.audio[i]) << i;
-        }
-        catch (Exceptions::BaseException const & e)
-        {
-            ADD_FAILURE() << e.whatUtf8().c_str();
-        }
-    }
+    // No Random Index Pack at the end.
+    std::vector<VellumTest::KlvItem> items = VellumTest::klvWalk(original);
+    ASSERT_EQ(items.back().key[13], 0x11);
+    readWhole("without RIP", Bytes(original.begin(), original.begin() + long(items.back().offset)), false);
+    // A run-in of 100 bytes in front of the header.
+    Bytes runIn(100, 0x00);
+    runIn.insert(runIn.end(), original.begin(), original.end());
+    readWhole("with run-in", runIn, false);
+    // The header names a body partition as the footer.
+    Bytes copy = original;
+    VellumTest::patchBE(copy, items[0].valueOffset + 24, bodies[0], 8);
+    readWhole("footer offset on a body partition", copy, false);
+    // Cut after the first body partition: no footer, no index, no RIP.
+    readWhole("cut after the body", Bytes(original.begin(), original.begin() + long(footers[0])), false);
+    // Cut inside the first body partition: what lies before the cut is read.
+    size_t cut = bodies[0] + (footers[0] - bodies[0]) / 2;
+    readWhole("cut inside the body", Bytes(original.begin(), original.begin() + long(cut)), true);
 }
 
 namespace

@@ -213,7 +213,7 @@ TEST(MXFIOPartitionProviders, FixturesAgreeWithTheWalk)
 {
     std::vector<std::string> files = VellumTest::sampleAndFixtureFiles();
     if (files.empty())
-        GTEST_SKIP() << "no files";
+        GTEST_SKIP() << "no files to read: neither the shared samples nor ffmpeg are there";
     for (std::string const & path : files)
     {
         SCOPED_TRACE(path);

@@ -13,30 +13,18 @@
 #include "IndexTables/IndexTableSegment.h"
 #include "MetaMetadata/StandardDictionary.h"
 #include "Packs/RandomIndexPack.h"
+#include "Support/Mxf.h"
 #include "Utils/Text.h"
 
 namespace ProviderTest
 {
 using namespace Vellum;
-typedef std::vector<unsigned char> Bytes;
+using VellumTest::Bytes;
 
-inline Templates::SharedPtr<MetaMetadata::Dictionary> dictionary()
-{
-    static Templates::SharedPtr<MetaMetadata::Dictionary> d = MetaMetadata::createStandardDictionary();
-    return d;
-}
-
-inline void putBE(Bytes & out, unsigned long long value, unsigned size)
-{
-    for (unsigned i = size; i != 0; --i)
-        out.push_back(static_cast<unsigned char>((value >> (8 * (i - 1))) & 0xFF));
-}
-
-inline void patchBE(Bytes & out, size_t at, unsigned long long value, unsigned size)
-{
-    for (unsigned i = size; i != 0; --i, value >>= 8)
-        out[at + i - 1] = static_cast<unsigned char>(value & 0xFF);
-}
+using VellumTest::dictionary;
+using VellumTest::messageOf;
+using VellumTest::patchBE;
+using VellumTest::putBE;
 
 // The essence element key of the packets in the body.
 inline Bytes essenceKey()
@@ -186,24 +174,6 @@ inline PartitionPlan indexOnly(unsigned indexSID, std::vector<SegmentPlan> segme
 
 // Lower-case hexadecimal, as the library writes offsets in its messages.
 inline std::string hex(unsigned long long value) { return Utils::narrow(Utils::hexadecimal(value)).c_str(); }
-
-template <class E>
-std::string messageOf(std::function<void()> const & f)
-{
-    try
-    {
-        f();
-    }
-    catch (E const & e)
-    {
-        return Utils::narrow(e.message()).c_str();
-    }
-    catch (Exceptions::BaseException const & e)
-    {
-        return std::string("other exception: ") + e.whatUtf8().c_str();
-    }
-    return "no exception";
-}
 
 // A random access source over bytes that counts its reads, so that a test can tell whether a
 // call touched the file.

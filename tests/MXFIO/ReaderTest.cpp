@@ -15,6 +15,7 @@
 #include "MetaMetadata/StandardDictionary.h"
 #include "Platform/Platform.h"
 #include "Support/Fixtures.h"
+#include "Support/Mxf.h"
 #include "Utils/Text.h"
 
 using namespace Vellum;
@@ -27,45 +28,21 @@ namespace
 {
 typedef std::vector<unsigned char> Bytes;
 
-Templates::SharedPtr<MetaMetadata::Dictionary> dictionary()
-{
-    static Templates::SharedPtr<MetaMetadata::Dictionary> d = MetaMetadata::createStandardDictionary();
-    return d;
-}
-
-template <class E>
-std::string messageOf(std::function<void()> const & f)
-{
-    try
-    {
-        f();
-    }
-    catch (E const & e)
-    {
-        return Utils::narrow(e.message()).c_str();
-    }
-    return "no exception";
-}
+using VellumTest::dictionary;
+using VellumTest::messageOf;
 
 // Offsets of the fields in a partition pack's value.
 enum Field
 {
-    ThisPartition = 8,
     PreviousPartition = 16,
     FooterPartition = 24,
-    HeaderByteCount = 32
+    BodyOffset = 52
 };
 
-size_t valueStart(Bytes const & file, size_t keyOffset)
+// Sets a field of the partition pack at `keyOffset`.
+void put64(Bytes & file, size_t keyOffset, size_t field, uint64 v)
 {
-    unsigned char b = file[keyOffset + 16];
-    return keyOffset + 17 + ((b & 0x80) ? (b & 0x7f) : 0);
-}
-
-void put64(Bytes & file, size_t at, uint64 v)
-{
-    for (int i = 7; i >= 0; --i, v >>= 8)
-        file[at + size_t(i)] = (unsigned char)(v & 0xff);
+    VellumTest::patchBE(file, VellumTest::klvWalk(file, keyOffset)[0].valueOffset + field, v, 8);
 }
 
 // The offsets of the partition packs of the OP1a fixture: header, one body, footer.
@@ -245,7 +222,7 @@ TEST(MXFIOReader, FindsTheFooterByHeaderRIPAndScan)
     {
         // Only the RIP knows: the header's pointer is 0.
         Bytes copy = file;
-        put64(copy, valueStart(copy, 0) + FooterPartition, 0);
+        put64(copy, 0, FooterPartition, 0);
         MemoryDataSource source(copy.data(), copy.size());
         Reader2 reader(source, dictionary(), 65536);
         ASSERT_TRUE(reader.loadRipFromFooter());
@@ -257,7 +234,7 @@ TEST(MXFIOReader, FindsTheFooterByHeaderRIPAndScan)
     {
         // Neither pointer nor RIP: the scan from the end.
         Bytes copy = file;
-        put64(copy, valueStart(copy, 0) + FooterPartition, 0);
+        put64(copy, 0, FooterPartition, 0);
         MemoryDataSource source(copy.data(), copy.size());
         Reader2 reader(source, dictionary(), 65536);
         Partition * last = reader.lastPartition();
@@ -303,7 +280,7 @@ TEST(MXFIOReader, DamagedCopies)
     {
         // The footer pointer names the body partition.
         Bytes copy = file;
-        put64(copy, valueStart(copy, 0) + FooterPartition, l.body);
+        put64(copy, 0, FooterPartition, l.body);
         MemoryDataSource source(copy.data(), copy.size());
         Reader2 reader(source, dictionary(), 65536);
         EXPECT_EQ(reader.footerPartition(), nullptr);
@@ -315,8 +292,8 @@ TEST(MXFIOReader, DamagedCopies)
     {
         // The RIP's last entry names a known body partition.
         Bytes copy = file;
-        put64(copy, valueStart(copy, 0) + FooterPartition, 0);
-        put64(copy, copy.size() - 4 - 8, l.body);
+        put64(copy, 0, FooterPartition, 0);
+        VellumTest::patchBE(copy, copy.size() - 4 - 8, l.body, 8);
         MemoryDataSource source(copy.data(), copy.size());
         Reader2 reader(source, dictionary(), 65536);
         ASSERT_TRUE(reader.loadRIP());
@@ -329,7 +306,7 @@ TEST(MXFIOReader, DamagedCopies)
     {
         // A footer whose PreviousPartition names itself.
         Bytes copy = file;
-        put64(copy, valueStart(copy, l.footer) + PreviousPartition, l.footer);
+        put64(copy, l.footer, PreviousPartition, l.footer);
         MemoryDataSource source(copy.data(), copy.size());
         Reader2 reader(source, dictionary(), 65536);
         Partition * footer = reader.footerPartition();
@@ -340,7 +317,7 @@ TEST(MXFIOReader, DamagedCopies)
     {
         // A body partition that says its predecessor lies behind it.
         Bytes copy = file;
-        put64(copy, valueStart(copy, l.body) + PreviousPartition, l.body + 100);
+        put64(copy, l.body, PreviousPartition, l.body + 100);
         MemoryDataSource source(copy.data(), copy.size());
         Reader2 reader(source, dictionary(), 65536);
         EXPECT_EQ(messageOf<Exceptions::InvalidFormat>([&] { reader.nextPartition(reader.headerPartition()); }),
@@ -442,15 +419,9 @@ TEST(MXFIOReader, EmptyAndTinySources)
 
 TEST(MXFIOReader, EveryFixtureAndSampleFromAFile)
 {
-    std::vector<std::string> paths = VellumTest::sampleFiles();
-    for (std::string const & name : VellumTest::ffmpegFixtureNames())
-    {
-        std::string path = VellumTest::ffmpegFixture(name);
-        if (!path.empty())
-            paths.push_back(path);
-    }
+    std::vector<std::string> paths = VellumTest::sampleAndFixtureFiles();
     if (paths.empty())
-        GTEST_SKIP() << "no files";
+        GTEST_SKIP() << "no files to read: neither the shared samples nor ffmpeg are there";
     for (std::string const & path : paths)
     {
         SCOPED_TRACE(path);
@@ -492,7 +463,7 @@ TEST(MXFIOReader, BodyPositionsLegacyIndexKeysAndTails)
     {
         // A body that starts at stream offset 0x100.
         Bytes copy = file;
-        put64(copy, valueStart(copy, l.body) + 52, 0x100);
+        put64(copy, l.body, BodyOffset, 0x100);
         MemoryDataSource source(copy.data(), copy.size());
         Reader2 reader(source, dictionary(), 65536);
         Partition * body = reader.nextPartition(reader.headerPartition());
@@ -545,16 +516,12 @@ TEST(MXFIOReader, ASetWithABadLengthIsSkipped)
         Reader2 reader(source, dictionary(), 65536);
         Partition * header = reader.headerPartition();
         sets = header->metadata()->size();
-        size_t primer = size_t(header->metadataAbsoluteOffset());
-        size_t primerValue = valueStart(file, primer);
-        uint64 length = 0;
-        for (size_t i = primer + 17; i < primerValue; ++i)
-            length = (length << 8) | file[i];
-        firstSet = primerValue + size_t(length);
+        std::vector<VellumTest::KlvItem> items = VellumTest::klvWalk(file, size_t(header->metadataAbsoluteOffset()));
+        firstSet = items.at(1).offset;
     }
     // The first item of the first set claims more bytes than the set holds.
     Bytes copy = file;
-    size_t value = valueStart(copy, firstSet);
+    size_t value = VellumTest::klvWalk(copy, firstSet)[0].valueOffset;
     copy[value + 2] = 0xff;
     copy[value + 3] = 0xff;
     MemoryDataSource source(copy.data(), copy.size());

@@ -9,11 +9,13 @@
 #include "IndexTables/IndexEntry.h"
 #include "IndexTables/IndexTableSegment.h"
 #include "MXFIO/Seeker.h"
+#include "Support/Mxf.h"
 #include "Utils/Text.h"
 
 using namespace Vellum;
 using MXFIO::IndexTableSegmentPtr;
 using MXFIO::Seeker;
+using VellumTest::messageOf;
 
 namespace
 {
@@ -101,10 +103,6 @@ struct Fixture
     Templates::auto_ptr<Seeker> seeker;
 };
 
-std::string messageOf(Exceptions::BaseException const & e)
-{
-    return Utils::narrow(e.message()).c_str();
-}
 } // namespace
 
 TEST(MXFIOSeeker, ConstantEditUnitSizeNeedsNoIndex)
@@ -192,24 +190,10 @@ TEST(MXFIOSeeker, FineOffsetsThroughTheElementTable)
     EXPECT_TRUE(f.seeker->elementStreamOffset(14, 0x16010307, offset));
     EXPECT_EQ(offset, 14700u);
 
-    try
-    {
-        f.seeker->elementStreamOffset(12, 0x17010100, offset);
-        ADD_FAILURE() << "an unknown track number was accepted";
-    }
-    catch (Exceptions::KeyNotFound const & e)
-    {
-        EXPECT_EQ(messageOf(e), "it != elements_.end (): Track number not in Essence container");
-    }
-    try
-    {
-        f.seeker->elementIndex(0x17010100);
-        ADD_FAILURE() << "an unknown track number was accepted";
-    }
-    catch (Exceptions::KeyNotFound const & e)
-    {
-        EXPECT_EQ(messageOf(e), "element != elements_.end (): Track number not in Essence container");
-    }
+    EXPECT_EQ(messageOf<Exceptions::KeyNotFound>([&] { f.seeker->elementStreamOffset(12, 0x17010100, offset); }),
+              "it != elements_.end (): Track number not in Essence container");
+    EXPECT_EQ(messageOf<Exceptions::KeyNotFound>([&] { f.seeker->elementIndex(0x17010100); }),
+              "element != elements_.end (): Track number not in Essence container");
 }
 
 TEST(MXFIOSeeker, IndexInformationAndReordering)
@@ -243,15 +227,8 @@ TEST(MXFIOSeeker, ClipWrappedBodyStartsWithEssence)
     unsigned char essence[16] = {0x06, 0x0E, 0x2B, 0x34, 0x01, 0x02, 0x01, 0x01,
                                  0x0D, 0x01, 0x03, 0x01, 0x15, 0x01, 0x06, 0x00};
     EXPECT_NO_THROW(f.seeker->checkClipWrappedPacket(KLV::Key(essence)));
-    try
-    {
-        f.seeker->checkClipWrappedPacket(KLV::Key(fill));
-        ADD_FAILURE() << "a fill item was accepted";
-    }
-    catch (Exceptions::InvalidFormat const & e)
-    {
-        EXPECT_EQ(messageOf(e), "!KLV::isFillItem (key): Expected Essence KLV on clip-wrapped body partition");
-    }
+    EXPECT_EQ(messageOf<Exceptions::InvalidFormat>([&] { f.seeker->checkClipWrappedPacket(KLV::Key(fill)); }),
+              "!KLV::isFillItem (key): Expected Essence KLV on clip-wrapped body partition");
 }
 
 TEST(MXFIOSeeker, SystemItemIsOneElement)

@@ -21,6 +21,8 @@
 
 #include <gtest/gtest.h>
 
+#include "Support/Mxf.h"
+
 #include <algorithm>
 #include <cstring>
 #include <string>
@@ -30,15 +32,11 @@ using namespace Vellum;
 
 namespace
 {
-typedef std::vector<unsigned char> Bytes;
+using VellumTest::Bytes;
 
 uint64 const SEARCH_LIMIT = 1 << 16;
 
-Templates::SharedPtr<MetaMetadata::Dictionary> dictionary()
-{
-    static Templates::SharedPtr<MetaMetadata::Dictionary> standard = MetaMetadata::createStandardDictionary();
-    return standard;
-}
+using VellumTest::dictionary;
 
 // What a reader was handed, in order: one letter for each item.
 struct Record
@@ -255,10 +253,6 @@ void appendPacket(DataIO::Memory::MemoryDataSink & sink, unsigned char const * k
         sink.write(value.data(), value.size());
 }
 
-Bytes bytesOf(DataIO::Memory::MemoryDataSink const & sink)
-{
-    return Bytes(sink.rawBuffer(), sink.rawBuffer() + sink.serializedSize());
-}
 } // namespace
 
 TEST(SequentialReader, RealFilesArriveInFileOrderAsAPlainWalkFindsThem)
@@ -372,7 +366,7 @@ TEST(SequentialReader, PartitionsWithAndWithoutMetadata)
         appendPack(sink, 0);
         Utils::writeFillKLV(sink, 40, 4);
         appendPacket(sink, PICTURE_ELEMENT, Bytes(5, 0xab));
-        Bytes bytes = bytesOf(sink);
+        Bytes bytes = Bytes(sink.rawBuffer(), sink.rawBuffer() + sink.serializedSize());
         DataIO::Memory::MemoryDataSource source(bytes.data(), bytes.size());
         Recorder reader(source, &bytes);
         EXPECT_EQ(3u, readAll(reader, 10));
@@ -388,7 +382,7 @@ TEST(SequentialReader, PartitionsWithAndWithoutMetadata)
         Utils::writeFillKLV(sink, 40, 4);
         primer.serialize(sink);
         appendPacket(sink, PICTURE_ELEMENT, Bytes(3, 1));
-        Bytes bytes = bytesOf(sink);
+        Bytes bytes = Bytes(sink.rawBuffer(), sink.rawBuffer() + sink.serializedSize());
         DataIO::Memory::MemoryDataSource source(bytes.data(), bytes.size());
         Recorder reader(source, &bytes);
         EXPECT_EQ(2u, readAll(reader, 10));
@@ -406,7 +400,7 @@ TEST(SequentialReader, MetadataWithoutAPrimerFails)
         DataIO::Memory::MemoryDataSink sink;
         appendPack(sink, 100);
         appendPacket(sink, Metadata::MetadataKeys::preface().rawBuffer(), Bytes(10, 0));
-        Bytes bytes = bytesOf(sink);
+        Bytes bytes = Bytes(sink.rawBuffer(), sink.rawBuffer() + sink.serializedSize());
         DataIO::Memory::MemoryDataSource source(bytes.data(), bytes.size());
         Recorder reader(source);
         try
@@ -429,17 +423,9 @@ TEST(SequentialReader, MetadataWithoutAPrimerFails)
         Utils::writeFillKLV(sink, 40, 4);
         Utils::writeFillKLV(sink, 40, 4);
         primer.serialize(sink);
-        Bytes bytes = bytesOf(sink);
+        Bytes bytes = Bytes(sink.rawBuffer(), sink.rawBuffer() + sink.serializedSize());
         DataIO::Memory::MemoryDataSource source(bytes.data(), bytes.size());
         Recorder reader(source);
-        try
-        {
-            reader.next(SEARCH_LIMIT);
-            FAIL() << "no exception";
-        }
-        catch (Exceptions::InvalidFormat const & e)
-        {
-            EXPECT_EQ(expected, Utils::narrow(e.message()));
-        }
+        EXPECT_EQ(VellumTest::messageOf<Exceptions::InvalidFormat>([&] { reader.next(SEARCH_LIMIT); }), expected);
     }
 }

@@ -1,5 +1,8 @@
 #include <gtest/gtest.h>
 
+#include "Support/ThrownCompare.h"
+
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -18,11 +21,7 @@ typedef MetaCollectionElement::CollectionSizeLimits Limits;
 
 TEST(MetaElement, SimpleElementRefusesCollectionsAndReferences)
 {
-    MetaSimpleElement element(label(1), Id::UInt32);
-    EXPECT_EQ(label(1), element.universalLabel());
-    EXPECT_EQ(Id::UInt32, element.dataType());
-    EXPECT_TRUE(element.enumeration().empty());
-
+    EXPECT_TRUE(MetaSimpleElement(label(1), Id::UInt32).enumeration().empty());
     // Unknown and DataValue are simple types like any other.
     EXPECT_EQ(0, thrownBy([] { MetaSimpleElement(label(1), Id::Unknown); }).code);
     EXPECT_EQ(0, thrownBy([] { MetaSimpleElement(label(1), Id::DataValue); }).code);
@@ -31,15 +30,12 @@ TEST(MetaElement, SimpleElementRefusesCollectionsAndReferences)
     {
         Id::Identifier type;
         char const * name;
-    } const refused[] = {{Id::Array, "Array"},
-                         {Id::Batch, "Batch"},
-                         {Id::StrongReference, "StrongReference"},
-                         {Id::WeakReference, "WeakReference"}};
+    } const refused[] = {
+        {Id::Array, "Array"}, {Id::Batch, "Batch"}, {Id::StrongReference, "StrongReference"}, {Id::WeakReference, "WeakReference"}};
     for (auto const & row : refused)
     {
-        Thrown t = thrownBy([&] { MetaSimpleElement(label(1), row.type); });
-        EXPECT_EQ(Exceptions::InvalidMetaElement::ERROR_CODE, t.code);
-        EXPECT_EQ(std::string("Tried to create a MetaSimpleElement with dataType: ") + row.name, t.message);
+        EXPECT_EQ(thrown<Exceptions::InvalidMetaElement>(std::string("Tried to create a MetaSimpleElement with dataType: ") + row.name),
+                  thrownBy([&] { MetaSimpleElement(label(1), row.type); }));
     }
 }
 
@@ -49,113 +45,70 @@ TEST(MetaElement, SimpleElementKeepsACopyOfTheEnumeration)
     MetaValueHolder::Enumeration values{&zero, &one};
     MetaSimpleElement element(label(2), values, Id::UInt8);
     values.push_back(&zero);
-    MetaValueHolder::Enumeration held = element.enumeration();
-    ASSERT_EQ(2u, held.size());
-    EXPECT_EQ(&zero, held[0]);
-    EXPECT_EQ(&one, held[1]);
+    EXPECT_EQ((MetaValueHolder::Enumeration{&zero, &one}), element.enumeration());
 }
 
 TEST(MetaElement, ReferenceElementDemandsAReferenceAndKeepsKeysInOrder)
 {
     MetaReferenceElement element(label(3), {setKey(2), setKey(1)}, Id::WeakReference);
     element.addAllowedMetadataSet(setKey(9));
-    MetaReferenceHolder::Keys keys = element.allowedMetadataSets();
-    ASSERT_EQ(3u, keys.size());
-    EXPECT_EQ(setKey(2), keys[0]);
-    EXPECT_EQ(setKey(1), keys[1]);
-    EXPECT_EQ(setKey(9), keys[2]);
-
-    Thrown t = thrownBy([] { MetaReferenceElement(label(3), {}, Id::UL); });
-    EXPECT_EQ(Exceptions::InvalidMetaElement::ERROR_CODE, t.code);
-    EXPECT_EQ("Tried to create a MetaReferenceElement with dataType: UL", t.message);
-    t = thrownBy([] { MetaReferenceElement(label(3), {}, Id::Array); });
-    EXPECT_EQ("Tried to create a MetaReferenceElement with dataType: Array", t.message);
+    EXPECT_EQ((MetaReferenceHolder::Keys{setKey(2), setKey(1), setKey(9)}), element.allowedMetadataSets());
+    EXPECT_EQ(thrown<Exceptions::InvalidMetaElement>("Tried to create a MetaReferenceElement with dataType: UL"),
+              thrownBy([] { MetaReferenceElement(label(3), {}, Id::UL); }));
+    EXPECT_EQ("Tried to create a MetaReferenceElement with dataType: Array",
+              thrownBy([] { MetaReferenceElement(label(3), {}, Id::Array); }).message);
 }
 
 TEST(MetaElement, CollectionLimitsAndTheirChecks)
 {
-    Limits any;
-    EXPECT_EQ(0u, any.minimum);
-    EXPECT_EQ(0xFFFFFFFFu, any.maximum);
-    Limits pair(2, 5);
-    EXPECT_EQ(2u, pair.minimum);
-    EXPECT_EQ(5u, pair.maximum);
-
-    MetaCollection batch(label(4), Limits(3, 3), Id::Batch, Id::UL);
-    EXPECT_EQ(Id::Batch, batch.dataType());
-    EXPECT_EQ(Id::UL, batch.dataSubType());
-    EXPECT_EQ(3u, batch.collectionSizeLimits().minimum);
-    EXPECT_EQ(3u, batch.collectionSizeLimits().maximum);
+    EXPECT_EQ(0xFFFFFFFFu, Limits().maximum - Limits().minimum);
 
     // Only four member types are refused: Unknown is accepted.
     EXPECT_EQ(0, thrownBy([] { MetaCollection(label(4), Limits(), Id::Array, Id::Unknown); }).code);
 
-    Thrown t = thrownBy([] { MetaCollection(label(4), Limits(), Id::UInt8, Id::UInt8); });
-    EXPECT_EQ(Exceptions::InvalidMetaElement::ERROR_CODE, t.code);
-    EXPECT_EQ("Tried to create a MetaCollectionElement derived class with dataType: UInt8", t.message);
-    t = thrownBy([] { MetaCollection(label(4), Limits(6, 5), Id::Array, Id::UInt8); });
-    EXPECT_EQ(Exceptions::InvalidMetaElement::ERROR_CODE, t.code);
-    EXPECT_EQ("Tried to create a MetaCollectionElement derived class with invalid limits: [6;5]", t.message);
-    t = thrownBy([] { MetaCollection(label(4), Limits(), Id::Array, Id::Batch); });
-    EXPECT_EQ("Tried to create a MetaCollection with dataSubType: Batch", t.message);
-    t = thrownBy([] { MetaCollection(label(4), Limits(), Id::Array, Id::StrongReference); });
-    EXPECT_EQ("Tried to create a MetaCollection with dataSubType: StrongReference", t.message);
-
-    // The checks run in the order of construction: type, limits, member type.
-    t = thrownBy([] { MetaCollection(label(4), Limits(6, 5), Id::Int8, Id::Array); });
-    EXPECT_EQ("Tried to create a MetaCollectionElement derived class with dataType: Int8", t.message);
-    t = thrownBy([] { MetaCollection(label(4), Limits(6, 5), Id::Array, Id::Array); });
-    EXPECT_EQ("Tried to create a MetaCollectionElement derived class with invalid limits: [6;5]", t.message);
-    t = thrownBy([] { MetaReferenceCollection(label(4), Limits(1, 0), {}, Id::Batch, Id::UUID); });
-    EXPECT_EQ("Tried to create a MetaCollectionElement derived class with invalid limits: [1;0]", t.message);
-
-    // The message of a reference collection names the member type "dataType".
-    t = thrownBy([] { MetaReferenceCollection(label(4), Limits(), {}, Id::Batch, Id::UUID); });
-    EXPECT_EQ(Exceptions::InvalidMetaElement::ERROR_CODE, t.code);
-    EXPECT_EQ("Tried to create a MetaReferenceCollection with dataType: UUID", t.message);
-    MetaReferenceCollection references(label(4), Limits(0, 9), {setKey(1)}, Id::Array, Id::StrongReference);
-    EXPECT_EQ(Id::StrongReference, references.dataSubType());
-    EXPECT_EQ(9u, references.collectionSizeLimits().maximum);
-    EXPECT_EQ(1u, references.allowedMetadataSets().size());
+    // Every refusal is an InvalidMetaElement; the checks run in the order of construction: type,
+    // limits, member type. The message of a reference collection names the member type "dataType".
+    std::string const prefix = "Tried to create a MetaCollectionElement derived class with ";
+    struct Row
+    {
+        std::function<void()> make;
+        std::string message;
+    } const rows[] = {
+        {[] { MetaCollection(label(4), Limits(), Id::UInt8, Id::UInt8); }, prefix + "dataType: UInt8"},
+        {[] { MetaCollection(label(4), Limits(6, 5), Id::Array, Id::UInt8); }, prefix + "invalid limits: [6;5]"},
+        {[] { MetaCollection(label(4), Limits(), Id::Array, Id::Batch); }, "Tried to create a MetaCollection with dataSubType: Batch"},
+        {[] { MetaCollection(label(4), Limits(), Id::Array, Id::StrongReference); },
+         "Tried to create a MetaCollection with dataSubType: StrongReference"},
+        {[] { MetaCollection(label(4), Limits(6, 5), Id::Int8, Id::Array); }, prefix + "dataType: Int8"},
+        {[] { MetaCollection(label(4), Limits(6, 5), Id::Array, Id::Array); }, prefix + "invalid limits: [6;5]"},
+        {[] { MetaReferenceCollection(label(4), Limits(1, 0), {}, Id::Batch, Id::UUID); }, prefix + "invalid limits: [1;0]"},
+        {[] { MetaReferenceCollection(label(4), Limits(), {}, Id::Batch, Id::UUID); },
+         "Tried to create a MetaReferenceCollection with dataType: UUID"}};
+    for (Row const & row : rows)
+        EXPECT_EQ(thrown<Exceptions::InvalidMetaElement>(row.message), thrownBy(row.make));
 }
 
 namespace
 {
-// Writes down every visit it gets, in order.
+// Writes down every visit it gets, in order; the most derived visits go on to the base ones.
 class RecordingVisitor : public Visitors::NullMetaElementVisitor
 {
 public:
     std::vector<std::string> visits;
-    void visit(MetaCollectionElement const & e) override { record("CollectionElement", e); }
-    void visit(MetaReferenceHolder const & e) override { record("ReferenceHolder", e); }
-    void visit(MetaValueHolder const & e) override { record("ValueHolder", e); }
-    void visit(MetaReferenceCollection const & e) override
-    {
-        record("ReferenceCollection", e);
-        NullMetaElementVisitor::visit(e);
+    void visit(MetaCollectionElement const &) override { visits.push_back("CollectionElement"); }
+    void visit(MetaReferenceHolder const &) override { visits.push_back("ReferenceHolder"); }
+    void visit(MetaValueHolder const &) override { visits.push_back("ValueHolder"); }
+#define VELLUM_TEST_RECORD(Class, Name)                                                                               \
+    void visit(Class const & e) override                                                                               \
+    {                                                                                                                  \
+        visits.push_back(Name);                                                                                        \
+        NullMetaElementVisitor::visit(e);                                                                              \
     }
-    void visit(MetaReferenceElement const & e) override
-    {
-        record("ReferenceElement", e);
-        NullMetaElementVisitor::visit(e);
-    }
-    void visit(MetaCollection const & e) override
-    {
-        record("Collection", e);
-        NullMetaElementVisitor::visit(e);
-    }
-    void visit(MetaSimpleElement const & e) override
-    {
-        record("SimpleElement", e);
-        NullMetaElementVisitor::visit(e);
-    }
-
-private:
-    template <class T>
-    void record(char const * what, T const &)
-    {
-        visits.push_back(what);
-    }
+    VELLUM_TEST_RECORD(MetaReferenceCollection, "ReferenceCollection")
+    VELLUM_TEST_RECORD(MetaReferenceElement, "ReferenceElement")
+    VELLUM_TEST_RECORD(MetaCollection, "Collection")
+    VELLUM_TEST_RECORD(MetaSimpleElement, "SimpleElement")
+#undef VELLUM_TEST_RECORD
 };
 
 std::vector<std::string> visitsOf(MetaElement const & element)
@@ -197,16 +150,11 @@ TEST(MetaElement, VisitorsReachTheClassAndTheNullVisitorItsBases)
     EXPECT_EQ((std::vector<std::string>{"ReferenceCollection", "ReferenceHolder", "CollectionElement"}),
               visitsOf(references));
 
-    EXPECT_FALSE(is<MetaCollectionElement>(simple));
-    EXPECT_FALSE(is<MetaCollectionElement>(reference));
-    EXPECT_TRUE(is<MetaCollectionElement>(collection));
-    EXPECT_TRUE(is<MetaCollectionElement>(references));
-    EXPECT_FALSE(is<MetaReferenceCollection>(collection));
-    EXPECT_TRUE(is<MetaReferenceCollection>(references));
-    EXPECT_FALSE(is<MetaReferenceHolder>(simple));
-    EXPECT_TRUE(is<MetaReferenceHolder>(reference));
-    EXPECT_FALSE(is<MetaReferenceHolder>(collection));
-    EXPECT_TRUE(is<MetaReferenceHolder>(references));
+    EXPECT_EQ("0011", std::to_string(is<MetaCollectionElement>(simple)) + std::to_string(is<MetaCollectionElement>(reference)) +
+                          std::to_string(is<MetaCollectionElement>(collection)) + std::to_string(is<MetaCollectionElement>(references)));
+    EXPECT_EQ("0101", std::to_string(is<MetaReferenceHolder>(simple)) + std::to_string(is<MetaReferenceHolder>(reference)) +
+                          std::to_string(is<MetaReferenceHolder>(collection)) + std::to_string(is<MetaReferenceHolder>(references)));
+    EXPECT_TRUE(is<MetaReferenceCollection>(references) && !is<MetaReferenceCollection>(collection));
 
     // The downcast gives the very object.
     Visitors::GetMetaElementVisitor<MetaReferenceHolder> holder;
@@ -258,8 +206,6 @@ TEST(MetaElement, EqualityAndCopies)
     EXPECT_TRUE(k1 == k2);
     k2 = k1;
     EXPECT_EQ(1u, k2.collectionSizeLimits().maximum);
-    EXPECT_EQ(Id::UInt8, k2.dataSubType());
-    MetaCollection k3(k1);
-    EXPECT_EQ(Id::UInt8, k3.dataSubType());
+    EXPECT_EQ(Id::UInt8, MetaCollection(k1).dataSubType());
     EXPECT_FALSE(k1 == MetaCollection(label(6), Limits(), Id::Batch, Id::UInt8));
 }

@@ -2,6 +2,7 @@
 // Helpers of the schema tests: labels and keys from their dotted text, and small descriptions.
 
 #include "KLV/KLVTestSupport.h"
+#include "Support/ThrownCompare.h"
 #include "KLV/Key.h"
 #include "MetaMetadata/MetaAttribute.h"
 #include "MetaMetadata/MetaSimpleElement.h"
@@ -15,6 +16,7 @@ namespace MetaMetadataTest
 {
 using KLVTest::n;
 using KLVTest::Thrown;
+using KLVTest::thrown;
 using KLVTest::thrownBy;
 using KLVTest::w;
 

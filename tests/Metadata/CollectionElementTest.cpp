@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include "Support/ThrownCompare.h"
+
 #include "Metadata/ArrayElement.h"
 #include "Metadata/BatchElement.h"
 #include "Metadata/ElementTestSupport.h"
@@ -58,9 +60,8 @@ TEST(CollectionElementTest, SetHoldsAPresentCollectionToTheSchema)
     Metadata::MetadataSet set(setKey(1), &schema.parent, &owner);
     BatchElement & batch = as<BatchElement>(set, Labels);
 
-    Thrown wrongClass = thrownBy([&] { batch.set(labels<Types::Array>(1)); });
-    EXPECT_EQ(wrongClass.code, Exceptions::InvalidChange::ERROR_CODE);
-    EXPECT_EQ(wrongClass.message, "Value 'Labels': Collection can not be changed to another type!");
+    EXPECT_EQ(thrown<Exceptions::InvalidChange>("Value 'Labels': Collection can not be changed to another type!"),
+              thrownBy([&] { batch.set(labels<Types::Array>(1)); }));
     EXPECT_EQ(thrownBy([&] { batch.set(labels<Types::Batch>(0)); }).message,
               "Value 'Labels': Schema does not allow less than 1 elements in the collection.");
     EXPECT_EQ(thrownBy([&] { batch.set(labels<Types::Batch>(4)); }).message,
@@ -79,18 +80,13 @@ TEST(CollectionElementTest, SetHoldsAPresentCollectionToTheSchema)
     uuidSecond->append(ul(1));
     uuidSecond->append(Templates::auto_ptr<Types::SimpleDataType>(new Types::UUID()));
     batch.set(std::move(uuidSecond));
-    EXPECT_EQ(batch.size(), 2);
     EXPECT_EQ(batch.totalLength(), 40u);
-
     batch.set(labels<Types::Batch>(3));
-    EXPECT_EQ(batch.size(), 3);
     EXPECT_EQ(*getAs<Types::UniversalLabel>(batch.at(2)), label(102));
-    EXPECT_EQ(getAs<Types::Batch>(*batch.value())->size(), 3u);
 
     // Null is accepted whatever the minimum, and takes the value away.
     batch.set(Templates::auto_ptr<Types::Collection>());
     EXPECT_TRUE(batch.empty());
-    EXPECT_EQ(batch.size(), 0);
     EXPECT_EQ(owner.events, (Events{"added Labels @-", "updated collection Labels @40", "removed Labels @56"}));
 
     // A listener's refusal leaves the old collection.
@@ -109,29 +105,21 @@ TEST(CollectionElementTest, AppendAndRemoveStayWithinTheLimits)
 
     // Appending to an empty element makes the collection; below the minimum is fine on the way up.
     pair.append(u32(1));
-    EXPECT_FALSE(pair.empty());
     EXPECT_EQ(pair.value()->elementSize(), 4u);
     pair.append(u32(2));
     EXPECT_EQ(owner.events, (Events{"insert 0 of 0 Pair @-", "insert 1 of 1 Pair @12"}));
 
-    Thrown full = thrownBy([&] { pair.append(u32(3)); });
-    EXPECT_EQ(full.code, Exceptions::InvalidChange::ERROR_CODE);
-    EXPECT_EQ(full.message, "Value 'Pair': Schema only allows to add 2 elements to this collection.");
-    EXPECT_EQ(thrownBy([&] { pair.insertAt(0, u32(3)); }).message,
-              "Value 'Pair': Schema only allows to add 2 elements to this collection.");
-    Thrown least = thrownBy([&] { pair.remove(0); });
-    EXPECT_EQ(least.code, Exceptions::InvalidChange::ERROR_CODE);
-    EXPECT_EQ(least.message, "Value 'Pair': Schema does not allow less than 2 elements in the collection.");
+    EXPECT_EQ(thrown<Exceptions::InvalidChange>("Value 'Pair': Schema only allows to add 2 elements to this collection."),
+              thrownBy([&] { pair.append(u32(3)); }));
+    EXPECT_EQ(thrown<Exceptions::InvalidChange>("Value 'Pair': Schema does not allow less than 2 elements in the collection."),
+              thrownBy([&] { pair.remove(0); }));
     EXPECT_EQ(pair.size(), 2);
     EXPECT_EQ(owner.events.size(), 2u);
 
     Metadata::MetadataSet other(setKey(1), &schema.parent, &owner);
     ArrayElement & fresh = as<ArrayElement>(other, Pair);
-    Thrown subType = thrownBy([&] { fresh.append(u16(1)); });
-    EXPECT_EQ(subType.code, Exceptions::InvalidChange::ERROR_CODE);
-    EXPECT_EQ(subType.message, "Value 'Pair': Setting value with an invalid Sub Type in a collection.");
-    EXPECT_EQ(thrownBy([&] { fresh.insertAt(0, u16(1)); }).message,
-              "Value 'Pair': Setting value with an invalid Sub Type in a collection.");
+    EXPECT_EQ(thrown<Exceptions::InvalidChange>("Value 'Pair': Setting value with an invalid Sub Type in a collection."),
+              thrownBy([&] { fresh.append(u16(1)); }));
     EXPECT_TRUE(fresh.empty());
 
     // A refused first member leaves no collection behind.
@@ -147,12 +135,9 @@ TEST(CollectionElementTest, InsertAtAndIndexes)
     Metadata::MetadataSet set(setKey(1), &schema.parent, &owner);
     ArrayElement & numbers = as<ArrayElement>(set, Numbers);
 
-    Thrown noValue = thrownBy([&] { numbers.at(0); });
-    EXPECT_EQ(noValue.code, Exceptions::IndexOutOfBounds::ERROR_CODE);
-    EXPECT_EQ(noValue.message, "Trying to access a element beyond the end of data");
-    Thrown removeNothing = thrownBy([&] { numbers.remove(0); });
-    EXPECT_EQ(removeNothing.code, Exceptions::IndexOutOfBounds::ERROR_CODE);
-    EXPECT_EQ(removeNothing.message, "Index out of bounds");
+    EXPECT_EQ(thrown<Exceptions::IndexOutOfBounds>("Trying to access a element beyond the end of data"),
+              thrownBy([&] { numbers.at(0); }));
+    EXPECT_EQ(thrown<Exceptions::IndexOutOfBounds>("Index out of bounds"), thrownBy([&] { numbers.remove(0); }));
 
     numbers.insertAt(0, u16(3));
     numbers.insertAt(0, u16(1));
@@ -163,8 +148,6 @@ TEST(CollectionElementTest, InsertAtAndIndexes)
 
     EXPECT_EQ(thrownBy([&] { numbers.insertAt(5, u16(9)); }).message,
               "Trying to insert an element past the end of the data");
-    EXPECT_EQ(thrownBy([&] { numbers.at(4); }).message, "Trying to access a element beyond the end of data");
-    EXPECT_EQ(thrownBy([&] { numbers.remove(4); }).message, "Index out of bounds");
     EXPECT_EQ(owner.events.size(), 4u);
 
     numbers.remove(1);
@@ -188,8 +171,6 @@ TEST(CollectionElementTest, AnEmptyCollectionIsWrittenWithLengthZero)
     // Removing the last member leaves an empty collection, not an empty element.
     numbers.remove(0);
     EXPECT_FALSE(numbers.empty());
-    EXPECT_EQ(numbers.size(), 0);
-    EXPECT_EQ(numbers.totalLength(), 0u);
     EXPECT_EQ(written(numbers, dictionary, 2), (Bytes{0x80, 0x00, 0x00, 0x00}));
     EXPECT_EQ(written(numbers, dictionary, 1), (Bytes{0x80, 0x00, 0x00}));
 }
@@ -250,7 +231,6 @@ TEST(CollectionElementTest, CloneCopiesTheCollection)
     copy->accept(visitor);
     ASSERT_NE(visitor.value(), nullptr);
     ArrayElement & copied = *visitor.value();
-    EXPECT_EQ(&copied.metadataSet(), &target);
     EXPECT_EQ(numbersIn(copied), (std::vector<unsigned>{7, 8}));
     EXPECT_EQ(otherOwner.events, (Events{"added Numbers @12"}));
 

@@ -32,8 +32,10 @@ using MetaMetadataTest::label;
 using MetaMetadataTest::n;
 using MetaMetadataTest::setKey;
 using MetaMetadataTest::Thrown;
+using MetaMetadataTest::thrown;
 using MetaMetadataTest::thrownBy;
 using MetaMetadataTest::w;
+using KLVTest::cat;
 typedef std::vector<unsigned char> Bytes;
 
 // Labels of the parent set's attributes.

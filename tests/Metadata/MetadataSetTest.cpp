@@ -9,6 +9,7 @@
 #include "Metadata/DMS1/DMS1MetadataULs.h"
 #include "Metadata/ElementVisitor.h"
 #include "Metadata/MetadataSetTestSupport.h"
+#include "Support/ThrownCompare.h"
 #include "Metadata/MetadataSetVisitor.h"
 #include "Metadata/SimpleElement.h"
 #include "Metadata/Structural/StructuralMetadataKeys.h"
@@ -117,11 +118,6 @@ TEST(MetadataSet, HasAnEmptyElementForEachAttributeOfItsDescription)
     MetaMetadata::MetaMetadataSet const & identification = description(Keys::identification());
     Metadata::MetadataSet set(Keys::identification(), &identification, nullptr);
     EXPECT_EQ(identification.metaAttributeCount(), set.size());
-    EXPECT_EQ(4, set.berLength());
-    EXPECT_EQ(nullptr, set.owner());
-    EXPECT_EQ(&identification, set.metaMetadataSet());
-    EXPECT_EQ(Keys::identification(), set.key());
-
     MetaMetadata::MetaMetadataSet::const_iterator attribute = identification.metaAttributesBegin();
     for (Metadata::MetadataSet::const_iterator it = set.begin(); it != set.end(); ++it, ++attribute)
     {
@@ -133,30 +129,18 @@ TEST(MetadataSet, HasAnEmptyElementForEachAttributeOfItsDescription)
     }
     EXPECT_EQ(&set.find(ULs::companyName()), &static_cast<Metadata::MetadataSet const &>(set).find(ULs::companyName()));
     EXPECT_EQ(nullptr, set.instanceUID());
-    EXPECT_EQ(0u, set.invalidSize());
+    EXPECT_EQ(thrown<Exceptions::NotFound>("No element with this Universal Label was found: " +
+                                           n(ULs::packages().toString(Types::TypeDefault))),
+              thrownBy([&] { set.find(ULs::packages()); }));
+    EXPECT_EQ(thrown<Exceptions::InvalidMetadataSet>("MetadataSet Key and MetaMetadataSet do not agree"),
+              thrownBy([] { Metadata::MetadataSet other(Keys::preface(), &description(Keys::identification()), nullptr); }));
 
-    Thrown missing = thrownBy([&] { set.find(ULs::packages()); });
-    EXPECT_EQ(Exceptions::NotFound::ERROR_CODE, missing.code);
-    EXPECT_EQ("No element with this Universal Label was found: " + n(ULs::packages().toString(Types::TypeDefault)),
-              missing.message);
-}
-
-TEST(MetadataSet, RefusesADescriptionOfAnotherKey)
-{
-    Thrown wrong = thrownBy([] { Metadata::MetadataSet set(Keys::preface(), &description(Keys::identification()), nullptr); });
-    EXPECT_EQ(Exceptions::InvalidMetadataSet::ERROR_CODE, wrong.code);
-    EXPECT_EQ("MetadataSet Key and MetaMetadataSet do not agree", wrong.message);
-}
-
-TEST(MetadataSet, WithoutDescriptionHasNoElements)
-{
-    Metadata::MetadataSet set(unknownSetKey(), nullptr, nullptr);
-    EXPECT_EQ(0u, set.size());
-    EXPECT_TRUE(set.begin() == set.end());
-    EXPECT_EQ(Exceptions::NotFound::ERROR_CODE, thrownBy([&] { set.find(ULs::instanceUID()); }).code);
-    EXPECT_EQ(Exceptions::NotFound::ERROR_CODE, thrownBy([&] { set.find(ULs::companyName()); }).code);
-    EXPECT_EQ(nullptr, set.instanceUID());
-    EXPECT_EQ(20u, set.serializedSize(true));
+    // Without a description: no elements, and nothing but the key and length is written.
+    Metadata::MetadataSet bare(unknownSetKey(), nullptr, nullptr);
+    EXPECT_TRUE(bare.begin() == bare.end());
+    EXPECT_EQ(Exceptions::NotFound::ERROR_CODE, thrownBy([&] { bare.find(ULs::instanceUID()); }).code);
+    EXPECT_EQ(nullptr, bare.instanceUID());
+    EXPECT_EQ(20u, bare.serializedSize(true));
 }
 
 TEST(MetadataSet, AnEmptyPacketLeavesEveryElementEmpty)
@@ -166,10 +150,8 @@ TEST(MetadataSet, AnEmptyPacketLeavesEveryElementEmpty)
     std::unique_ptr<Metadata::MetadataSet> set = parseSet(packet, owner.partitionDictionary(), &owner);
     for (Metadata::MetadataSet::const_iterator it = set->begin(); it != set->end(); ++it)
         EXPECT_TRUE(it->second->empty());
-    EXPECT_EQ(0u, set->invalidSize());
     EXPECT_TRUE(owner.events.empty());
     EXPECT_EQ(packet, serialized(*set, owner.partitionDictionary(), true));
-    EXPECT_EQ(20u, set->serializedSize(true));
 }
 
 TEST(MetadataSet, ItemsReadInAnyOrderAreWrittenInLabelOrder)
@@ -194,12 +176,8 @@ TEST(MetadataSet, ItemsReadInAnyOrderAreWrittenInLabelOrder)
 
     EXPECT_EQ(0u, set->invalidSize());
     EXPECT_EQ(6u, owner.events.size());
-    for (std::string const & event : owner.events)
-        EXPECT_EQ(0u, event.find("added ")) << event;
     ASSERT_NE(nullptr, set->instanceUID());
     EXPECT_EQ(uuidBytes(0x10), bytesOf(*set->instanceUID()));
-    ASSERT_NE(nullptr, simpleValue(set->find(ULs::companyName())));
-    EXPECT_EQ(utf16("Acme"), bytesOf(*simpleValue(set->find(ULs::companyName()))));
 
     std::reverse(tags.begin(), tags.end());
     Bytes ascending;
@@ -207,7 +185,6 @@ TEST(MetadataSet, ItemsReadInAnyOrderAreWrittenInLabelOrder)
         ascending = cat(ascending, item(tag, values[tag]));
     Bytes expected = setPacket(Keys::identification(), ascending, 4);
     EXPECT_EQ(expected, serialized(*set, owner.partitionDictionary(), false));
-    EXPECT_EQ(expected.size(), set->serializedSize(false));
     EXPECT_EQ(expected.size(), set->serializedSize(true));
 }
 
@@ -218,10 +195,7 @@ TEST(MetadataSet, KeepsTheWidthOfTheLengthField)
     Bytes items = item(companyNameTag, utf16("Acme"));
     Bytes shortForm = setPacket(Keys::identification(), items, 1);
     std::unique_ptr<Metadata::MetadataSet> set = parseSet(shortForm, owner.partitionDictionary(), &owner);
-    EXPECT_EQ(1, set->berLength());
     EXPECT_EQ(shortForm, serialized(*set, owner.partitionDictionary(), true));
-    EXPECT_EQ(shortForm.size(), set->serializedSize(true));
-
     set->berLength(4);
     EXPECT_EQ(setPacket(Keys::identification(), items, 4), serialized(*set, owner.partitionDictionary(), true));
     EXPECT_EQ(shortForm.size() + 3, set->serializedSize(true));
@@ -253,12 +227,9 @@ TEST(MetadataSet, RefusesKeysWithoutTwoByteTagsOrAUsableLengthWidth)
 {
     TestOwner owner;
     for (unsigned char byte5 : {0x43, 0x13})
-    {
-        Bytes packet = setPacket(unknownSetKey(byte5), Bytes());
-        Thrown thrown = thrownBy([&] { parseSet(packet, owner.partitionDictionary(), &owner); });
-        EXPECT_EQ(Exceptions::InvalidMetadataSet::ERROR_CODE, thrown.code) << int(byte5);
-        EXPECT_EQ("Invalid Metadata Set local field length or length field length", thrown.message);
-    }
+        EXPECT_EQ(thrown<Exceptions::InvalidMetadataSet>("Invalid Metadata Set local field length or length field length"),
+                  thrownBy([&] { parseSet(setPacket(unknownSetKey(byte5), Bytes()), owner.partitionDictionary(), &owner); }))
+            << int(byte5);
 }
 
 TEST(MetadataSet, AValueOfAnotherSetIsKeptTypedAsMisplaced)
@@ -275,15 +246,11 @@ TEST(MetadataSet, AValueOfAnotherSetIsKeptTypedAsMisplaced)
     Metadata::Element const & element = *set->invalidBegin()[0];
     EXPECT_EQ("misplaced", kindOf(element).kind);
     ASSERT_NE(nullptr, simpleValue(element));
-    Types::Visitors::GetVisitor<Types::Timestamp> timestamp;
-    simpleValue(element)->accept(timestamp);
-    EXPECT_NE(nullptr, timestamp.value());
-    EXPECT_EQ(&*set, &element.metadataSet());
+    EXPECT_NE(nullptr, Types::Visitors::getAs<Types::Timestamp>(*simpleValue(element)));
 
     // Written behind the valid items, with the Primer's tag; only when asked for.
     EXPECT_EQ(setPacket(Keys::identification(), cat(valid, misplaced)), serialized(*set, owner.partitionDictionary(), true));
     EXPECT_EQ(setPacket(Keys::identification(), valid), serialized(*set, owner.partitionDictionary(), false));
-    EXPECT_EQ(20u + valid.size() + misplaced.size(), set->serializedSize(true));
     EXPECT_EQ(20u + valid.size(), set->serializedSize(false));
 }
 
@@ -327,9 +294,7 @@ TEST(MetadataSet, TagsThatResolveToNothingAreKeptWithTheirReason)
         EXPECT_EQ(cases[i].reason, kind.reason) << i;
         EXPECT_EQ(cases[i].tag, kind.tag) << i;
         ASSERT_NE(nullptr, simpleValue(element)) << i;
-        Types::Visitors::GetVisitor<Types::Unknown> unknown;
-        simpleValue(element)->accept(unknown);
-        EXPECT_NE(nullptr, unknown.value()) << i;
+        EXPECT_NE(nullptr, Types::Visitors::getAs<Types::Unknown>(*simpleValue(element))) << i;
         EXPECT_EQ(cases[i].value, bytesOf(*simpleValue(element))) << i;
     }
     for (Metadata::MetadataSet::const_iterator it = set->begin(); it != set->end(); ++it)
@@ -348,8 +313,7 @@ TEST(MetadataSet, StaticTagsResolveBeyondTheStrictPrimer)
     std::unique_ptr<Metadata::MetadataSet> set =
         parseSet(setPacket(Keys::identification(), items), owner.partitionDictionary(), &owner);
     EXPECT_EQ(0u, set->invalidSize());
-    ASSERT_NE(nullptr, simpleValue(set->find(ULs::companyName())));
-    EXPECT_EQ(utf16("Acme"), bytesOf(*simpleValue(set->find(ULs::companyName()))));
+    EXPECT_FALSE(set->find(ULs::companyName()).empty());
     ASSERT_NE(nullptr, simpleValue(set->find(ULs::productName())));
     EXPECT_EQ(utf16("Vellum"), bytesOf(*simpleValue(set->find(ULs::productName()))));
     EXPECT_TRUE(set->find(ULs::productUID()).empty());
@@ -368,8 +332,6 @@ TEST(MetadataSet, TheLastOfTwoItemsWithOneTagWins)
     Bytes items = cat(item(companyNameTag, utf16("First")), item(companyNameTag, utf16("Second")));
     std::unique_ptr<Metadata::MetadataSet> set =
         parseSet(setPacket(Keys::identification(), items), owner.partitionDictionary(), &owner);
-    EXPECT_EQ(utf16("Second"), bytesOf(*simpleValue(set->find(ULs::companyName()))));
-    EXPECT_EQ(0u, set->invalidSize());
     EXPECT_EQ(setPacket(Keys::identification(), item(companyNameTag, utf16("Second"))),
               serialized(*set, owner.partitionDictionary(), true));
 }
@@ -378,15 +340,11 @@ TEST(MetadataSet, AnItemTooShortForItsTypeStopsTheLoad)
 {
     TestOwner owner;
     listInPrimer(owner, {modificationDateTag});
-    Bytes packet = setPacket(Keys::identification(), item(modificationDateTag, Bytes{1, 2, 3}));
-    EXPECT_EQ(Exceptions::InvalidLength::ERROR_CODE, thrownBy([&] { parseSet(packet, owner.partitionDictionary(), &owner); }).code);
-
-    // An item that runs past the end of the set.
-    Bytes overrun = setPacket(Keys::identification(), Bytes{0x3c, 0x01, 0x00, 0x10, 0x00, 0x41});
-    EXPECT_EQ(Exceptions::InvalidLength::ERROR_CODE, thrownBy([&] { parseSet(overrun, owner.partitionDictionary(), &owner); }).code);
-    // A tag cut short.
-    Bytes cut = setPacket(Keys::identification(), Bytes{0x3c});
-    EXPECT_EQ(Exceptions::InvalidLength::ERROR_CODE, thrownBy([&] { parseSet(cut, owner.partitionDictionary(), &owner); }).code);
+    // Too short for its type, running past the end of the set, a tag cut short.
+    for (Bytes const & items : {item(modificationDateTag, Bytes{1, 2, 3}), Bytes{0x3c, 0x01, 0x00, 0x10, 0x00, 0x41},
+                                Bytes{0x3c}})
+        EXPECT_EQ(Exceptions::InvalidLength::ERROR_CODE,
+                  thrownBy([&] { parseSet(setPacket(Keys::identification(), items), owner.partitionDictionary(), &owner); }).code);
 }
 
 TEST(MetadataSet, AnInvalidItemThatOverrunsTheSetKeepsWhatWasThere)
@@ -425,16 +383,11 @@ TEST(MetadataSet, ExtendedClipIDOfABasicUMIDIsWidened)
     EXPECT_EQ(widened, bytesOf(*value));
     EXPECT_EQ(setPacket(*key, item(0x8010, widened)), serialized(*set, owner.partitionDictionary(), true));
 
-    // An extended UMID, and a longer item, load as they are.
-    Bytes extended(64);
-    for (unsigned i = 0; i < 64; ++i)
-        extended[i] = static_cast<unsigned char>(i + 1);
-    set = parseSet(setPacket(*key, item(0x8010, extended)), owner.partitionDictionary(), &owner);
-    EXPECT_EQ(extended, bytesOf(*simpleValue(set->find(Metadata::DMS1::DMS1MetadataULs::extendedClipID()))));
-    Bytes longer = extended;
+    // A longer item loads its first 64 bytes.
+    Bytes longer = widened;
     longer.resize(70, 0xee);
     set = parseSet(setPacket(*key, item(0x8010, longer)), owner.partitionDictionary(), &owner);
-    EXPECT_EQ(extended, bytesOf(*simpleValue(set->find(Metadata::DMS1::DMS1MetadataULs::extendedClipID()))));
+    EXPECT_EQ(widened, bytesOf(*simpleValue(set->find(Metadata::DMS1::DMS1MetadataULs::extendedClipID()))));
 }
 
 TEST(MetadataSet, ASetUnknownToTheSchemaWritesItsItemsOnlyAsInvalid)
@@ -446,7 +399,6 @@ TEST(MetadataSet, ASetUnknownToTheSchemaWritesItsItemsOnlyAsInvalid)
                       item(instanceUIDTag, uuidBytes(0x30)));
     Bytes packet = setPacket(unknownSetKey(), items);
     std::unique_ptr<Metadata::MetadataSet> set = parseSet(packet, owner.partitionDictionary(), &owner);
-    EXPECT_EQ(nullptr, set->metaMetadataSet());
     EXPECT_EQ(0u, set->size());
     ASSERT_EQ(3u, set->invalidSize());
     EXPECT_EQ("unknown", kindOf(*set->invalidBegin()[0]).kind);
@@ -458,9 +410,7 @@ TEST(MetadataSet, ASetUnknownToTheSchemaWritesItsItemsOnlyAsInvalid)
     EXPECT_EQ(uuidBytes(0x30), bytesOf(*set->instanceUID()));
 
     EXPECT_EQ(packet, serialized(*set, owner.partitionDictionary(), true));
-    Bytes bare = setPacket(unknownSetKey(), Bytes(), 4);
-    EXPECT_EQ(bare, serialized(*set, owner.partitionDictionary(), false));
-    EXPECT_EQ(bare.size(), set->serializedSize(false));
+    EXPECT_EQ(setPacket(unknownSetKey(), Bytes(), 4), serialized(*set, owner.partitionDictionary(), false));
     EXPECT_EQ(packet.size(), set->serializedSize(true));
 }
 
@@ -492,45 +442,31 @@ TEST(MetadataSet, InvalidElementsCanBeAddedAndRemoved)
         new MetaMetadata::UnknownAttribute(Types::LocalTag(0x8009), MetaMetadata::UnknownAttribute::NotInDictionaryReason));
     Metadata::Element * first = set.createInvalidElement(attribute);
     Metadata::Element * second = set.createInvalidElement(attribute);
-    ASSERT_NE(nullptr, first);
-    EXPECT_TRUE(first->empty());
-    EXPECT_EQ(&set, &first->metadataSet());
     ASSERT_EQ(2u, set.invalidSize());
     EXPECT_EQ(first, set.invalidBegin()[0]);
-    EXPECT_EQ(set.invalidBegin() + 2, set.invalidEnd());
     // Empty invalid elements are not written.
     EXPECT_EQ(20u, set.serializedSize(true));
 
     set.removedInvalidElement(first);
     ASSERT_EQ(1u, set.invalidSize());
     EXPECT_EQ(second, set.invalidBegin()[0]);
-    Thrown gone = thrownBy([&] { set.removedInvalidElement(first); });
-    EXPECT_EQ(Exceptions::NotFound::ERROR_CODE, gone.code);
-    EXPECT_EQ("Element not found in Invalid Element list!", gone.message);
+    EXPECT_EQ(thrown<Exceptions::NotFound>("Element not found in Invalid Element list!"),
+              thrownBy([&] { set.removedInvalidElement(first); }));
     EXPECT_EQ(1u, set.invalidSize());
 }
 
 TEST(MetadataSet, AcceptsSetVisitorsAsAPlainSet)
 {
-    struct Counting : Metadata::Visitors::NullNonConstMetadataSetVisitor
-    {
-        using Metadata::Visitors::NullNonConstMetadataSetVisitor::visit;
-        void visit(Metadata::MetadataSet & set) override { seen = &set; }
-        Metadata::MetadataSet * seen = nullptr;
-    };
-    struct ConstCounting : Metadata::Visitors::NullMetadataSetVisitor
+    struct Seen : Metadata::Visitors::NullMetadataSetVisitor
     {
         using Metadata::Visitors::NullMetadataSetVisitor::visit;
         void visit(Metadata::MetadataSet const & set) override { seen = &set; }
         Metadata::MetadataSet const * seen = nullptr;
     };
     Metadata::MetadataSet set(unknownSetKey(), nullptr, nullptr);
-    Counting visitor;
-    set.accept(visitor);
+    Seen visitor;
+    static_cast<Metadata::MetadataSet const &>(set).accept(visitor);
     EXPECT_EQ(&set, visitor.seen);
-    ConstCounting constVisitor;
-    static_cast<Metadata::MetadataSet const &>(set).accept(constVisitor);
-    EXPECT_EQ(&set, constVisitor.seen);
 }
 
 TEST(MetadataSet, AnEmptyCollectionIsWrittenWithLengthZeroAndReadsBack)
@@ -545,13 +481,10 @@ TEST(MetadataSet, AnEmptyCollectionIsWrittenWithLengthZeroAndReadsBack)
     {
         std::unique_ptr<Metadata::MetadataSet> set =
             parseSet(setPacket(Keys::preface(), items), owner.partitionDictionary(), &owner);
-        Metadata::Element const & element = set->find(dmSchemes);
-        EXPECT_FALSE(element.empty());
         Metadata::Visitors::GetElementVisitor<Metadata::BatchElement> batch;
-        element.accept(batch);
+        set->find(dmSchemes).accept(batch);
         ASSERT_NE(nullptr, batch.value());
         EXPECT_EQ(0, batch.value()->size());
-        EXPECT_EQ(0u, set->invalidSize());
         EXPECT_EQ(setPacket(Keys::preface(), bare), serialized(*set, owner.partitionDictionary(), true));
     }
 }
@@ -574,11 +507,8 @@ TEST(MetadataSet, AShortLengthFieldWidensWhenTheItemsOutgrowIt)
     set->find(ULs::productName()).load(value);
     Bytes items = cat(small, item(productNameTag, name));
     ASSERT_GT(items.size(), 0x7fu);
-    Bytes written = serialized(*set, owner.partitionDictionary(), true);
-    EXPECT_EQ(setPacket(Keys::identification(), items, 2), written);
-    EXPECT_EQ(written.size(), set->serializedSize(true));
+    EXPECT_EQ(setPacket(Keys::identification(), items, 2), serialized(*set, owner.partitionDictionary(), true));
     // Without the long item, the set's own width is used again.
-    EXPECT_EQ(1, set->berLength());
     Metadata::SimpleElement & productName = static_cast<Metadata::SimpleElement &>(set->find(ULs::productName()));
     productName.set(Templates::auto_ptr<Types::SimpleDataType>(), true);
     EXPECT_EQ(setPacket(Keys::identification(), small, 1), serialized(*set, owner.partitionDictionary(), true));

@@ -9,6 +9,7 @@
 
 #include "DataIO/Memory/MemoryDataSource.h"
 #include "KLV/KLVTestSupport.h"
+#include "Support/ThrownCompare.h"
 #include "KLV/Packet.h"
 #include "KLV/Reader.h"
 #include "MetaMetadata/Dictionary.h"
@@ -36,6 +37,7 @@ using KLVTest::Bytes;
 using KLVTest::cat;
 using KLVTest::n;
 using KLVTest::Thrown;
+using KLVTest::thrown;
 using KLVTest::thrownBy;
 using KLVTest::w;
 

@@ -95,53 +95,43 @@ std::string answer(Metadata::MetadataSet const & set, Query query)
 }
 } // namespace
 
-TEST(MetadataSetValidation, EmptyElements)
+TEST(MetadataSetValidation, EachQueryOverEmptyDistinguishedAndOtherValues)
 {
+    struct Row
+    {
+        char const * what;
+        std::vector<std::pair<char const *, Platform::UInt32>> values;
+        // Open, incomplete, possibly open, possibly incomplete, possibly forbidden, semantics.
+        char const * answers[6];
+    } const rows[] = {
+        {"empty", {}, {"required encoder", "best", "semantic semanticPlain", "", "", "semantic semanticPlain"}},
+        {"distinguished",
+         {{"required", 1}, {"encoder", 1}, {"best", 0xffffffffu}, {"semantic", 0}, {"semanticPlain", 0}},
+         {"", "best", "", "semantic", "semantic semanticPlain", "semantic"}},
+        {"other", {{"best", 7}, {"semantic", 0x01000000}},
+         {"required encoder", "", "semanticPlain", "", "semantic", "semanticPlain"}}};
+    Query const queries[] = {&Metadata::MetadataSet::openElements, &Metadata::MetadataSet::incompleteElements,
+                             &Metadata::MetadataSet::possiblyOpenElements,
+                             &Metadata::MetadataSet::possiblyIncompleteElements,
+                             &Metadata::MetadataSet::possiblyForbiddenElements,
+                             &Metadata::MetadataSet::getSemanticsValidationElements};
     Schema schema;
-    Metadata::MetadataSet set(schemaKey(), schema.dictionary->find(schemaKey()), nullptr);
-    EXPECT_EQ("required encoder", answer(set, &Metadata::MetadataSet::openElements));
-    EXPECT_EQ("best", answer(set, &Metadata::MetadataSet::incompleteElements));
-    EXPECT_EQ("semantic semanticPlain", answer(set, &Metadata::MetadataSet::possiblyOpenElements));
-    EXPECT_EQ("", answer(set, &Metadata::MetadataSet::possiblyIncompleteElements));
-    EXPECT_EQ("", answer(set, &Metadata::MetadataSet::possiblyForbiddenElements));
-    EXPECT_EQ("semantic semanticPlain", answer(set, &Metadata::MetadataSet::getSemanticsValidationElements));
+    for (Row const & row : rows)
+    {
+        SCOPED_TRACE(row.what);
+        Metadata::MetadataSet set(schemaKey(), schema.dictionary->find(schemaKey()), nullptr);
+        for (auto const & value : row.values)
+            give(set, schema, value.first, value.second);
+        for (unsigned q = 0; q < 6; ++q)
+            EXPECT_EQ(row.answers[q], answer(set, queries[q])) << q;
+    }
 
     // The queries append.
+    Metadata::MetadataSet set(schemaKey(), schema.dictionary->find(schemaKey()), nullptr);
     Templates::vector<Metadata::Element *> elements;
     set.openElements(elements);
     set.openElements(elements);
     EXPECT_EQ(4u, elements.size());
-}
-
-TEST(MetadataSetValidation, ElementsHoldingTheDistinguishedValue)
-{
-    Schema schema;
-    Metadata::MetadataSet set(schemaKey(), schema.dictionary->find(schemaKey()), nullptr);
-    give(set, schema, "required", 1);
-    give(set, schema, "encoder", 1);
-    give(set, schema, "best", 0xffffffffu);
-    give(set, schema, "semantic", 0);
-    give(set, schema, "semanticPlain", 0);
-    EXPECT_EQ("", answer(set, &Metadata::MetadataSet::openElements));
-    EXPECT_EQ("best", answer(set, &Metadata::MetadataSet::incompleteElements));
-    EXPECT_EQ("", answer(set, &Metadata::MetadataSet::possiblyOpenElements));
-    EXPECT_EQ("semantic", answer(set, &Metadata::MetadataSet::possiblyIncompleteElements));
-    EXPECT_EQ("semantic semanticPlain", answer(set, &Metadata::MetadataSet::possiblyForbiddenElements));
-    EXPECT_EQ("semantic", answer(set, &Metadata::MetadataSet::getSemanticsValidationElements));
-}
-
-TEST(MetadataSetValidation, ElementsHoldingOtherValues)
-{
-    Schema schema;
-    Metadata::MetadataSet set(schemaKey(), schema.dictionary->find(schemaKey()), nullptr);
-    give(set, schema, "best", 7);
-    give(set, schema, "semantic", 0x01000000);
-    EXPECT_EQ("required encoder", answer(set, &Metadata::MetadataSet::openElements));
-    EXPECT_EQ("", answer(set, &Metadata::MetadataSet::incompleteElements));
-    EXPECT_EQ("semanticPlain", answer(set, &Metadata::MetadataSet::possiblyOpenElements));
-    EXPECT_EQ("", answer(set, &Metadata::MetadataSet::possiblyIncompleteElements));
-    EXPECT_EQ("semantic", answer(set, &Metadata::MetadataSet::possiblyForbiddenElements));
-    EXPECT_EQ("semanticPlain", answer(set, &Metadata::MetadataSet::getSemanticsValidationElements));
 }
 
 TEST(MetadataSetValidation, AnAttributeWithoutThePropertyFailsTheQuery)

@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include "Support/ThrownCompare.h"
+
 #include "MetaMetadata/Dictionary.h"
 #include "MetaMetadata/MetaMetadataTestSupport.h"
 #include "Metadata/PartitionDictionary.h"
@@ -9,6 +11,7 @@ using namespace Vellum;
 using MetaMetadataTest::label;
 using MetaMetadataTest::n;
 using MetaMetadataTest::Thrown;
+using MetaMetadataTest::thrown;
 using MetaMetadataTest::thrownBy;
 
 namespace
@@ -50,27 +53,22 @@ TEST(PartitionDictionaryTest, FindsLabelsOfTagsStrictly)
     // A tag below 01.00 is not looked for in the dictionary.
     EXPECT_EQ(dictionary.find(tag(0x0042), true), label(8));
 
-    Thrown collision = thrownBy([&] { dictionary.find(tag(0x0100), true); });
-    EXPECT_EQ(collision.code, Exceptions::UniversalLabelCollision::ERROR_CODE);
-    EXPECT_EQ(collision.message, "Primer redefines a static assigned tag!");
+    EXPECT_EQ(thrown<Exceptions::UniversalLabelCollision>("Primer redefines a static assigned tag!"),
+              thrownBy([&] { dictionary.find(tag(0x0100), true); }));
 
-    Thrown missing = thrownBy([&] { dictionary.find(tag(0x3c0b), true); });
-    EXPECT_EQ(missing.code, Exceptions::NotFoundInPrimer::ERROR_CODE);
-    EXPECT_EQ(missing.message, "Could not resolve local tag " + n(tag(0x3c0b).toString()) +
-                                   " to Universal Label using primer.");
+    EXPECT_EQ(thrown<Exceptions::NotFoundInPrimer>("Could not resolve local tag " + n(tag(0x3c0b).toString()) + " to Universal Label using primer."),
+              thrownBy([&] { dictionary.find(tag(0x3c0b), true); }));
 
-    Thrown null = thrownBy([&] { dictionary.find(tag(0x0000), true); });
-    EXPECT_EQ(null.code, Exceptions::InvalidLocalTag::ERROR_CODE);
-    EXPECT_EQ(null.message, "Invalid Local Tag '00.00'");
+    EXPECT_EQ(thrown<Exceptions::InvalidLocalTag>("Invalid Local Tag '00.00'"),
+              thrownBy([&] { dictionary.find(tag(0x0000), true); }));
     EXPECT_EQ(thrownBy([&] { dictionary.find(tag(0x0000), false); }).message, "Invalid Local Tag '00.00'");
 }
 
 TEST(PartitionDictionaryTest, StrictStaticTagUnknownToTheSchema)
 {
     Metadata::PartitionDictionary dictionary(schema(), primer({{0x3c0b, 5}}));
-    Thrown thrown = thrownBy([&] { dictionary.find(tag(0x3c0b), true); });
-    EXPECT_EQ(thrown.code, Exceptions::LocalTagNotFound::ERROR_CODE);
-    EXPECT_EQ(thrown.message, "Dictionary does not contain static Local Tag " + n(tag(0x3c0b).toString()));
+    EXPECT_EQ(thrown<Exceptions::LocalTagNotFound>("Dictionary does not contain static Local Tag " + n(tag(0x3c0b).toString())),
+              thrownBy([&] { dictionary.find(tag(0x3c0b), true); }));
     // Relaxed, the Primer wins.
     EXPECT_EQ(dictionary.find(tag(0x3c0b), false), label(5));
 }
@@ -83,15 +81,12 @@ TEST(PartitionDictionaryTest, FindsLabelsOfTagsRelaxed)
     // So does a tag below 01.00.
     EXPECT_EQ(empty.find(tag(0x0005), false), label(4));
 
-    Thrown lowUnknown = thrownBy([&] { empty.find(tag(0x0006), false); });
-    EXPECT_EQ(lowUnknown.code, Exceptions::LocalTagNotFound::ERROR_CODE);
-    EXPECT_EQ(lowUnknown.message, "Dictionary does not contain static Local Tag " + n(tag(0x0006).toString()));
+    EXPECT_EQ(thrown<Exceptions::LocalTagNotFound>("Dictionary does not contain static Local Tag " + n(tag(0x0006).toString())),
+              thrownBy([&] { empty.find(tag(0x0006), false); }));
 
     // From 80.00 the dictionary is not asked, though it holds the tag.
-    Thrown dynamic = thrownBy([&] { empty.find(tag(0x8005), false); });
-    EXPECT_EQ(dynamic.code, Exceptions::NotFoundInPrimer::ERROR_CODE);
-    EXPECT_EQ(dynamic.message, "Could not resolve local tag " + n(tag(0x8005).toString()) +
-                                   " to Universal Label using either primer and the dictionary.");
+    EXPECT_EQ(thrown<Exceptions::NotFoundInPrimer>("Could not resolve local tag " + n(tag(0x8005).toString()) + " to Universal Label using either primer and the dictionary."),
+              thrownBy([&] { empty.find(tag(0x8005), false); }));
 
     // A Primer's redefinition of a static tag wins.
     Metadata::PartitionDictionary redefining(schema(), primer({{0x0100, 9}}));
@@ -103,9 +98,8 @@ TEST(PartitionDictionaryTest, FindsTagsOfLabelsInThePrimerOnly)
     Metadata::PartitionDictionary dictionary(schema(), primer({{0x8003, 6}}));
     EXPECT_EQ(dictionary.find(label(6)), tag(0x8003));
     // Label 1 has a static tag in the schema, but a writer's tags are in the Primer.
-    Thrown thrown = thrownBy([&] { dictionary.find(label(1)); });
-    EXPECT_EQ(thrown.code, Exceptions::LocalTagNotFound::ERROR_CODE);
-    EXPECT_EQ(thrown.message, "No LocalTag defined for this UniversalLabel");
+    EXPECT_EQ(thrown<Exceptions::LocalTagNotFound>("No LocalTag defined for this UniversalLabel"),
+              thrownBy([&] { dictionary.find(label(1)); }));
 }
 
 TEST(PartitionDictionaryTest, GeneratesTags)
@@ -156,9 +150,8 @@ TEST(PartitionDictionaryTest, GenerationCarriesAndRunsOut)
         dictionary.findOrGenerate(nth(i));
     // The last tag, FF.FF, is given out; then the range is used up for good.
     EXPECT_EQ(dictionary.find(nth(0x7fff)), tag(0xffff));
-    Thrown thrown = thrownBy([&] { dictionary.findOrGenerate(nth(0x8000)); });
-    EXPECT_EQ(thrown.code, Exceptions::InvalidLocalTag::ERROR_CODE);
-    EXPECT_EQ(thrown.message, "All LocalTags are used");
+    EXPECT_EQ(thrown<Exceptions::InvalidLocalTag>("All LocalTags are used"),
+              thrownBy([&] { dictionary.findOrGenerate(nth(0x8000)); }));
     EXPECT_EQ(thrownBy([&] { dictionary.findOrGenerate(nth(0x8001)); }).message, "All LocalTags are used");
     // A label already in the Primer is still found.
     EXPECT_EQ(dictionary.findOrGenerate(nth(3)), tag(0x8003));

@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include "Support/ThrownCompare.h"
+
 #include <algorithm>
 
 #include "Metadata/DarkMetadataSet.h"
@@ -99,25 +101,16 @@ TEST(PartitionMetadata, CreateFindAndRemoveSets)
     metadata->addMetadataListener(listener, false);
 
     MetadataSet * preface = metadata->createMetadataSet(Keys::preface());
-    ASSERT_NE(nullptr, preface);
     ASSERT_NE(nullptr, preface->instanceUID());
-    EXPECT_EQ(1u, metadata->size());
     // The key first, then the new InstanceUID, then the set itself.
-    ASSERT_EQ(3u, listener->calls.size());
-    EXPECT_EQ("key", listener->calls[0]);
-    EXPECT_EQ("added", listener->calls[1]);
-    EXPECT_EQ("created", listener->calls[2]);
+    EXPECT_EQ((std::vector<std::string>{"key", "added", "created"}), listener->calls);
 
     MetadataSet * other = metadata->createMetadataSet(Keys::preface());
     EXPECT_NE(*preface->instanceUID(), *other->instanceUID());
     EXPECT_EQ(2u, metadata->find(Keys::preface()).size());
     EXPECT_EQ(preface, metadata->find(Keys::preface()).front());
-    EXPECT_TRUE(metadata->find(Keys::sequence()).empty());
-
     Types::UUID const uid = *preface->instanceUID();
-    Templates::vector<MetadataSet *> found = metadata->find(Metadata::MetadataULs::instanceUID(), uid);
-    ASSERT_EQ(1u, found.size());
-    EXPECT_EQ(preface, found.front());
+    EXPECT_EQ((Templates::vector<MetadataSet *>{preface}), metadata->find(Metadata::MetadataULs::instanceUID(), uid));
 
     listener->clear();
     EXPECT_TRUE(metadata->removeMetadataSet(uid));
@@ -129,21 +122,18 @@ TEST(PartitionMetadata, CreateFindAndRemoveSets)
     listener->clear();
     EXPECT_FALSE(metadata->removeMetadataSet(uid));
     EXPECT_TRUE(listener->calls.empty());
-    EXPECT_EQ(1u, metadata->size());
 
     // A key the dictionary does not know.
     KLV::Key const unknown(Bytes{0x06, 0x0e, 0x2b, 0x34, 0x02, 0x53, 0x01, 0x01, 0x0d, 0x7f, 1, 1, 0, 0, 0, 0}.data());
-    Thrown thrown = thrownBy([&] { metadata->createMetadataSet(unknown); });
-    EXPECT_EQ(Exceptions::NotFound::ERROR_CODE, thrown.code);
-    EXPECT_EQ("A MetaMetadataSet with Key 1.3.53.2.83.1.1.13.127.1.1 was not found in the Dictionary.", thrown.message);
+    EXPECT_EQ(thrown<Exceptions::NotFound>("A MetaMetadataSet with Key 1.3.53.2.83.1.1.13.127.1.1 was not found in the Dictionary."),
+              thrownBy([&] { metadata->createMetadataSet(unknown); }));
     EXPECT_EQ(1u, metadata->size());
 }
 
 TEST(PartitionMetadata, DarkPacketsAndUnknownLocalSets)
 {
     MetadataPtr metadata = emptyPartition();
-    uint64 const emptySize = metadata->serializedSize(true, false);
-    EXPECT_EQ(0u, emptySize);
+    EXPECT_EQ(0u, metadata->serializedSize(true, false));
 
     EXPECT_EQ(nullptr, loadBytes(*metadata, darkPacket()));
     EXPECT_EQ(0u, metadata->size());
@@ -156,9 +146,6 @@ TEST(PartitionMetadata, DarkPacketsAndUnknownLocalSets)
 
     MetadataSet * group = loadBytes(*metadata, unknownLocalSetPacket(1));
     ASSERT_NE(nullptr, group);
-    EXPECT_EQ(1u, metadata->size());
-    EXPECT_EQ(nullptr, group->metaMetadataSet());
-    EXPECT_EQ(0u, group->size());
     EXPECT_EQ(2u, group->invalidSize());
     ASSERT_NE(nullptr, group->instanceUID());
     // Without its invalid elements, a set of no items: key and a 4-byte length.
@@ -177,8 +164,8 @@ TEST(PartitionMetadata, ADamagedSetIsRefusedAndLeavesNothingBehind)
     Bytes items = {0x3c, 0x0a, 0x00, 0x10, 9, 9, 9, 9, 9, 9, 9, 9, 9, 9, 9, 9, 9, 9, 9, 9,
                    0x3b, 0x02, 0x00, 0x08, 1, 2, 3, 4};
     Bytes const bytes = KLVTest::packet(Bytes(Keys::preface().rawBuffer(), Keys::preface().rawBuffer() + 16), items, 4);
-    Thrown thrown = thrownBy([&] { loadBytes(*metadata, bytes); });
-    EXPECT_EQ(Exceptions::InvalidLength::ERROR_CODE, thrown.code);
+    Thrown caught = thrownBy([&] { loadBytes(*metadata, bytes); });
+    EXPECT_EQ(Exceptions::InvalidLength::ERROR_CODE, caught.code);
     EXPECT_EQ(0u, metadata->size());
     EXPECT_EQ(0u, listener->count("created"));
     // What was announced of it went again with it, so the index does not point at freed values.
@@ -199,16 +186,12 @@ TEST(PartitionMetadata, EmptyPartition)
     EXPECT_EQ(primer.serializedSize(), metadata->serializedSize(false, true));
     EXPECT_EQ(primer.serializedSize(), metadata->serializedSize(true, true));
 
-    Thrown thrown = thrownBy([&] { serialized(*metadata, PartitionMetadata::PrefaceThenKeys); });
-    EXPECT_EQ(Exceptions::InvalidStructure::ERROR_CODE, thrown.code);
-    EXPECT_EQ("Preface not found in PartitionMetadata", thrown.message);
-
-    thrown = thrownBy([&] { serialized(*metadata, PartitionMetadata::ForwardDepthFirst); });
-    EXPECT_EQ(Exceptions::NotFound::ERROR_CODE, thrown.code);
-    EXPECT_EQ("Didn't find MetadataSet with specified key.", thrown.message);
-    thrown = thrownBy([&] { serialized(*metadata, PartitionMetadata::BackwardReferences); });
-    EXPECT_EQ(Exceptions::NotFound::ERROR_CODE, thrown.code);
-    EXPECT_EQ("Didn't find MetadataSet with specified key.", thrown.message);
+    EXPECT_EQ(thrown<Exceptions::InvalidStructure>("Preface not found in PartitionMetadata"),
+              thrownBy([&] { serialized(*metadata, PartitionMetadata::PrefaceThenKeys); }));
+    for (PartitionMetadata::SerializationOrder order : {PartitionMetadata::ForwardDepthFirst, PartitionMetadata::BackwardReferences,
+                                                        PartitionMetadata::ForwardDepthFirstTidied})
+        EXPECT_EQ(thrown<Exceptions::NotFound>("Didn't find MetadataSet with specified key."),
+                  thrownBy([&] { serialized(*metadata, order); }));
 
     // Orders past the last write nothing.
     EXPECT_TRUE(serialized(*metadata, PartitionMetadata::SerializationOrder(6)).empty());
@@ -321,11 +304,9 @@ TEST(PartitionMetadata, StrongReferencesThatMeetTwiceOrLeadNowhere)
     // A set owned by two: refused like a cycle, by the forward orders.
     reference(*h.timecodeTrack, ULs::sequence()).set(h.pictureSequence);
     SetList list;
-    Thrown thrown = thrownBy([&] { metadata->calculateSerializationOrder(list, true, true); });
-    EXPECT_EQ(Exceptions::InvalidFormat::ERROR_CODE, thrown.code);
-    EXPECT_EQ("Circular reference for this instanceUID: " + n(uid(h.pictureSequence).toString()), thrown.message);
-    thrown = thrownBy([&] { serialized(*metadata, PartitionMetadata::ForwardLevelFirst); });
-    EXPECT_EQ(Exceptions::InvalidFormat::ERROR_CODE, thrown.code);
+    EXPECT_EQ(thrown<Exceptions::InvalidFormat>("Circular reference for this instanceUID: " + n(uid(h.pictureSequence).toString())),
+              thrownBy([&] { metadata->calculateSerializationOrder(list, true, true); }));
+    EXPECT_EQ(Exceptions::InvalidFormat::ERROR_CODE, thrownBy([&] { serialized(*metadata, PartitionMetadata::ForwardLevelFirst); }).code);
     // The order of keys does not follow references.
     EXPECT_FALSE(serialized(*metadata, PartitionMetadata::PrefaceThenKeys).empty());
 
@@ -352,9 +333,8 @@ TEST(PartitionMetadata, TwoPrefacesAndTwoSetsOfOneInstanceUID)
     Header h = buildHeader(*metadata);
     MetadataSet * second = metadata->createMetadataSet(Keys::preface());
 
-    Thrown thrown = thrownBy([&] { serialized(*metadata, PartitionMetadata::PrefaceThenKeys); });
-    EXPECT_EQ(Exceptions::InvalidStructure::ERROR_CODE, thrown.code);
-    EXPECT_EQ("More than one Preface found in PartitionMetadata", thrown.message);
+    EXPECT_EQ(thrown<Exceptions::InvalidStructure>("More than one Preface found in PartitionMetadata"),
+              thrownBy([&] { serialized(*metadata, PartitionMetadata::PrefaceThenKeys); }));
     // The forward orders start from the first and write the second as an orphan.
     SetList list;
     EXPECT_EQ(1u, metadata->calculateSerializationOrder(list, true, true));
@@ -369,11 +349,10 @@ TEST(PartitionMetadata, TwoPrefacesAndTwoSetsOfOneInstanceUID)
     for (PartitionMetadata::SerializationOrder order :
          {PartitionMetadata::PrefaceThenKeys, PartitionMetadata::ForwardDepthFirst, PartitionMetadata::BackwardReferences})
     {
-        thrown = thrownBy([&] { serialized(*metadata, order); });
-        EXPECT_EQ(Exceptions::InvalidFormat::ERROR_CODE, thrown.code);
-        EXPECT_EQ("The " + n(Keys::sequence().toString(Types::TypeDefault)) + " metadataSet has an instance UID, " +
-                      n(shared.toString()) + ", already defined!",
-                  thrown.message);
+        EXPECT_EQ(thrown<Exceptions::InvalidFormat>("The " + n(Keys::sequence().toString(Types::TypeDefault)) +
+                                                    " metadataSet has an instance UID, " + n(shared.toString()) +
+                                                    ", already defined!"),
+                  thrownBy([&] { serialized(*metadata, order); }));
     }
 }
 
@@ -455,9 +434,8 @@ TEST(PartitionMetadataDeathTest, TidyingNeedsAContentStorageWithPackages)
         },
         "No ContentStorage packages");
     MetadataPtr metadata = emptyPartition();
-    Thrown thrown = thrownBy([&] { serialized(*metadata, PartitionMetadata::ForwardDepthFirstTidied); });
-    EXPECT_EQ(Exceptions::NotFound::ERROR_CODE, thrown.code);
-    EXPECT_EQ("Didn't find MetadataSet with specified key.", thrown.message);
+    EXPECT_EQ(thrown<Exceptions::NotFound>("Didn't find MetadataSet with specified key."),
+              thrownBy([&] { serialized(*metadata, PartitionMetadata::ForwardDepthFirstTidied); }));
 }
 
 TEST(PartitionMetadata, ParentSetsAndClones)
@@ -496,26 +474,18 @@ TEST(PartitionMetadata, ParentSetsAndClones)
 
 TEST(PartitionMetadata, StatusOfThePartition)
 {
+    // A header with no sets has nothing open or incomplete; one with an empty required element
+    // stays open when asked to close.
     MetadataPtr metadata = emptyPartition();
+    EXPECT_EQ(Packs::PartitionPack::ClosedComplete, Metadata::verifyPartitionMetadataStatus(*metadata, true));
+    EXPECT_EQ(Packs::PartitionPack::OpenComplete, Metadata::verifyPartitionMetadataStatus(*metadata, false));
     buildHeader(*metadata);
-    // Not asked to be closed, never closed.
-    Packs::PartitionPack::PartitionStatus const open = Metadata::verifyPartitionMetadataStatus(*metadata, false);
-    EXPECT_TRUE(open == Packs::PartitionPack::OpenComplete || open == Packs::PartitionPack::OpenIncomplete);
-    Templates::vector<Metadata::Element *> found;
-    metadata->incompleteElements(found);
-    bool const incomplete = !found.empty();
-    found.clear();
-    metadata->openElements(found);
-    bool const opened = !found.empty();
-    Packs::PartitionPack::PartitionStatus const closed = Metadata::verifyPartitionMetadataStatus(*metadata, true);
-    if (incomplete)
-        EXPECT_EQ(opened ? Packs::PartitionPack::OpenIncomplete : Packs::PartitionPack::ClosedIncomplete, closed);
-    else
-        EXPECT_EQ(opened ? Packs::PartitionPack::OpenComplete : Packs::PartitionPack::ClosedComplete, closed);
-    // A header with no sets has nothing open or incomplete.
-    MetadataPtr empty = emptyPartition();
-    EXPECT_EQ(Packs::PartitionPack::ClosedComplete, Metadata::verifyPartitionMetadataStatus(*empty, true));
-    EXPECT_EQ(Packs::PartitionPack::OpenComplete, Metadata::verifyPartitionMetadataStatus(*empty, false));
+    Templates::vector<Metadata::Element *> open, incomplete;
+    metadata->openElements(open);
+    metadata->incompleteElements(incomplete);
+    EXPECT_FALSE(open.empty());
+    EXPECT_EQ(incomplete.empty() ? Packs::PartitionPack::OpenComplete : Packs::PartitionPack::OpenIncomplete,
+              Metadata::verifyPartitionMetadataStatus(*metadata, true));
 }
 
 TEST(PartitionMetadata, ListenersWithReplayHeldOnceAndRemovedSilently)
@@ -609,8 +579,8 @@ TEST(PartitionMetadata, StrongReferenceWalkOverInvalidAndWeakReferences)
     EXPECT_EQ(h.soundSequence, out.front());
     EXPECT_EQ(1u, visited.count(uidOf(*h.soundSequence)));
     // The same target again, with the visited set kept: refused.
-    Thrown thrown = thrownBy([&] { Metadata::getChildStrongReferences(*metadata, *group, out, visited, true); });
-    EXPECT_EQ(Exceptions::InvalidFormat::ERROR_CODE, thrown.code);
+    EXPECT_EQ(Exceptions::InvalidFormat::ERROR_CODE,
+              thrownBy([&] { Metadata::getChildStrongReferences(*metadata, *group, out, visited, true); }).code);
 
     // Recursively: depth first, each child followed by its own.
     out.clear();

@@ -3,6 +3,7 @@
 // file or from bytes, sets built by hand over the built-in schema, and a listener that writes
 // down what it hears.
 
+#include <algorithm>
 #include <memory>
 #include <string>
 #include <vector>
@@ -10,6 +11,8 @@
 #include "DataIO/Memory/MemoryDataSource.h"
 #include "Exceptions/Exceptions.h"
 #include "KLV/KLVTestSupport.h"
+#include "Support/ThrownCompare.h"
+#include "Metadata/MetadataSetTestSupport.h"
 #include "KLV/KeyPredicates.h"
 #include "KLV/Packet.h"
 #include "KLV/Reader.h"
@@ -48,18 +51,14 @@ namespace PartitionMetadataTest
 using KLVTest::Bytes;
 using KLVTest::n;
 using KLVTest::Thrown;
+using KLVTest::thrown;
 using KLVTest::thrownBy;
 using KLVTest::w;
 namespace Keys = Metadata::Structural::StructuralMetadataKeys;
 namespace ULs = Metadata::Structural::StructuralMetadataULs;
 typedef Templates::SharedPtr<Metadata::PartitionMetadata> MetadataPtr;
 
-// The built-in dictionary, made once.
-inline Templates::SharedPtr<MetaMetadata::Dictionary> standardDictionary()
-{
-    static Templates::SharedPtr<MetaMetadata::Dictionary> dictionary = MetaMetadata::createStandardDictionary();
-    return dictionary;
-}
+using MetadataSetTest::standardDictionary;
 
 // An empty partition over the built-in dictionary, with the Primer given or an empty one.
 inline MetadataPtr emptyPartition(Packs::PrimerPack * primer = nullptr)
@@ -182,22 +181,24 @@ inline Bytes valueBytes(Types::SimpleDataType const & value)
 
 // Building sets by hand.
 
-inline Metadata::SimpleElement & simple(Metadata::MetadataSet & set, Types::UniversalLabel const & label)
+template <class T>
+T & elementAs(Metadata::MetadataSet & set, Types::UniversalLabel const & label)
 {
-    Metadata::Visitors::GetNonConstElementVisitor<Metadata::SimpleElement> visitor;
+    Metadata::Visitors::GetNonConstElementVisitor<T> visitor;
     set.find(label).accept(visitor);
     if (visitor.value() == nullptr)
-        throw std::runtime_error("not a simple element");
+        throw std::runtime_error("an element of another class");
     return *visitor.value();
+}
+
+inline Metadata::SimpleElement & simple(Metadata::MetadataSet & set, Types::UniversalLabel const & label)
+{
+    return elementAs<Metadata::SimpleElement>(set, label);
 }
 
 inline Metadata::ReferenceElement & reference(Metadata::MetadataSet & set, Types::UniversalLabel const & label)
 {
-    Metadata::Visitors::GetNonConstElementVisitor<Metadata::ReferenceElement> visitor;
-    set.find(label).accept(visitor);
-    if (visitor.value() == nullptr)
-        throw std::runtime_error("not a reference element");
-    return *visitor.value();
+    return elementAs<Metadata::ReferenceElement>(set, label);
 }
 
 inline Metadata::CollectionReferenceElement & references(Metadata::MetadataSet & set,
@@ -318,7 +319,7 @@ inline Header buildHeader(Metadata::PartitionMetadata & metadata)
     return h;
 }
 
-// What a listener heard, one line for each call, in order.
+// What a listener heard, one line for each call, in order, with the set of each call.
 class RecordingListener : public Metadata::PartitionMetadataListener
 {
 public:
@@ -326,46 +327,33 @@ public:
     std::vector<Metadata::MetadataSet *> sets;
 
     void metadataSetKey(KLV::Key &) override { calls.push_back("key"); }
-    void createdMetadataSet(Metadata::MetadataSet * set) override
-    {
-        calls.push_back("created");
-        sets.push_back(set);
-    }
-    void removedMetadataSet(Metadata::MetadataSet * set) override
-    {
-        calls.push_back("removed");
-        sets.push_back(set);
-    }
+    void createdMetadataSet(Metadata::MetadataSet * set) override { note("created", *set); }
+    void removedMetadataSet(Metadata::MetadataSet * set) override { note("removed", *set); }
     void addedElement(Metadata::MetadataSet & set, MetaMetadata::MetaElement const * metaElement,
                       Metadata::Element &, Types::BaseType const &) override
     {
-        calls.push_back(metaElement != nullptr ? "added" : "added unknown");
-        sets.push_back(&set);
+        note(metaElement != nullptr ? "added" : "added unknown", set);
     }
     void updatedElement(Metadata::MetadataSet & set, MetaMetadata::MetaElement const *, Metadata::Element &,
                         Types::Collection const &, Types::Collection const &) override
     {
-        calls.push_back("updated collection");
-        sets.push_back(&set);
+        note("updated collection", set);
     }
     void updatedElement(Metadata::MetadataSet & set, MetaMetadata::MetaElement const *, Metadata::Element &,
                         Types::SimpleDataType const &, Types::SimpleDataType const &) override
     {
-        calls.push_back("updated");
-        sets.push_back(&set);
+        note("updated", set);
     }
     void updatedElementCollection(Metadata::MetadataSet & set, MetaMetadata::MetaElement const *,
                                   Metadata::Element &, Types::Collection const &, unsigned int,
                                   Types::BaseType const * member) override
     {
-        calls.push_back(member != nullptr ? "member in" : "member out");
-        sets.push_back(&set);
+        note(member != nullptr ? "member in" : "member out", set);
     }
     void removedElement(Metadata::MetadataSet & set, MetaMetadata::MetaElement const *, Metadata::Element &,
                         Types::BaseType const &) override
     {
-        calls.push_back("removed value");
-        sets.push_back(&set);
+        note("removed value", set);
     }
 
     void clear()
@@ -375,10 +363,14 @@ public:
     }
     unsigned count(std::string const & call) const
     {
-        unsigned found = 0;
-        for (std::string const & c : calls)
-            found += c == call ? 1 : 0;
-        return found;
+        return static_cast<unsigned>(std::count(calls.begin(), calls.end(), call));
+    }
+
+private:
+    void note(char const * call, Metadata::MetadataSet & set)
+    {
+        calls.push_back(call);
+        sets.push_back(&set);
     }
 };
 } // namespace PartitionMetadataTest

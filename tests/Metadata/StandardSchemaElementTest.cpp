@@ -100,12 +100,16 @@ TEST(StandardSchemaElementTest, EverySetGetsAnElementOfTheRightClassForEachAttri
     EXPECT_GT(collections, 20u);
 }
 
-TEST(StandardSchemaElementTest, PartitionDictionaryOverThePrimersOfTheSamples)
+// The Primers of the samples and of the files ffmpeg makes: every static tag they list is the
+// built-in dictionary's, in both directions, and new labels get dynamic tags the file did not use.
+TEST(StandardSchemaElementTest, PartitionDictionaryOverThePrimersOfRealFiles)
 {
-    VELLUM_REQUIRE_SHARED();
-    std::vector<std::string> files = VellumTest::sampleFiles();
+    std::vector<std::string> files = VellumTest::ffmpegFixtureFiles();
+    if (!VellumTest::sharedDir().empty())
+        for (std::string const & sample : VellumTest::sampleFiles())
+            files.push_back(sample);
     if (files.empty())
-        GTEST_SKIP() << "no sample MXF files in the shared folder";
+        GTEST_SKIP() << "neither samples nor ffmpeg";
     Templates::SharedPtr<MetaMetadata::Dictionary> schema = MetaMetadata::createStandardDictionary();
     for (std::string const & file : files)
     {
@@ -117,7 +121,7 @@ TEST(StandardSchemaElementTest, PartitionDictionaryOverThePrimersOfTheSamples)
             entries.push_back(primer->at(i));
         Metadata::PartitionDictionary dictionary(schema, std::move(primer));
 
-        unsigned dynamic = 0;
+        unsigned dynamic = 0, statics = 0;
         for (Packs::PrimerPack::Entry const & entry : entries)
         {
             // The files agree with the standard, so strict and relaxed give the Primer's label.
@@ -125,7 +129,15 @@ TEST(StandardSchemaElementTest, PartitionDictionaryOverThePrimersOfTheSamples)
             EXPECT_EQ(dictionary.find(entry.first, false), entry.second) << n(entry.first.toString());
             EXPECT_EQ(dictionary.findOrGenerate(entry.second), entry.first);
             dynamic += !entry.first.isStaticLocalTag();
+            if (entry.first.isStaticLocalTag())
+            {
+                ++statics;
+                Types::LocalTag const * back = schema->find(entry.second);
+                ASSERT_NE(nullptr, back) << n(entry.first.toString());
+                EXPECT_EQ(entry.first, *back);
+            }
         }
+        EXPECT_GT(statics, 20u);
 
         // A new label gets a dynamic tag that the file's Primer did not use.
         unsigned char bytes[16] = {0x06, 0x0e, 0x2b, 0x34, 0x01, 0x01, 0x01, 0x0e, 0x0e, 0x7f, 0x7f, 0, 0, 0, 0, 1};

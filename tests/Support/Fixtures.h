@@ -7,7 +7,8 @@
 
 namespace VellumTest
 {
-// The shared folder, or "" when it is not there.
+// The shared folder (VELLUM_SHARED_DIR in the environment, else the one beside the project), or ""
+// when it is not there.
 std::string sharedDir();
 // Paths of the sample MXF files in the shared folder (empty when absent).
 std::vector<std::string> sampleFiles();

@@ -83,6 +83,13 @@ TEST(BaseTypeFactory, MakesEachIdentifiersClass)
         EXPECT_EQ(id == Id::Key ? Id::UL : id, identifierOf(*made));
         EXPECT_EQ(bytes, wire(*made));
         EXPECT_EQ(0u, over.value().remaining());
+        if (identifierType)
+        {
+            // One byte short of the type's size.
+            ValueOver shortOver(Bytes(bytes.begin(), bytes.end() - 1));
+            EXPECT_EQ(thrown<Exceptions::InvalidLength>("Invalid data size in Value"),
+                      thrownBy([&] { factory.create(shortOver.value(), id); }));
+        }
     }
 }
 
@@ -112,9 +119,8 @@ TEST(BaseTypeFactory, CollectionsNeedTheirElementType)
     EXPECT_EQ(Id::UInt32, identifierOf(*simple));
 
     ValueOver none(bytes);
-    Thrown t = thrownBy([&] { factory.create(none.value(), Id::IndexEntryType, 4); });
-    EXPECT_EQ(Exceptions::NoFactory::ERROR_CODE, t.code);
-    EXPECT_EQ("No Factory for type", t.message);
+    EXPECT_EQ(thrown<Exceptions::NoFactory>("No Factory for type"),
+              thrownBy([&] { factory.create(none.value(), Id::IndexEntryType, 4); }));
 }
 
 TEST(BaseTypeFactory, TablesAreOpen)

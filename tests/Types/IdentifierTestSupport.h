@@ -1,23 +1,20 @@
 #pragma once
-// Helpers shared by the identifier tests: text conversion, random bytes that repeat from run to run, a
-// visitor that tells which class it saw, and a way to catch an exception's code and message.
+// Helpers shared by the identifier tests: text conversion, random bytes that repeat from run to run
+// and a visitor that tells which class it saw, beside those of the value tests.
 
-#include <functional>
 #include <random>
 #include <string>
 #include <vector>
 
-#include "DataIO/Memory/MemoryDataSource.h"
-#include "Exceptions/Exceptions.h"
-#include "KLV/Value.h"
 #include "Types/Visitor.h"
 #include "Utils/Text.h"
+#include "ValueTestSupport.h"
 
 namespace Vellum
 {
 namespace IdentifierTest
 {
-typedef std::vector<unsigned char> Bytes;
+using ValueTest::Bytes;
 
 inline Templates::wstring w(char const * text)
 {
@@ -48,46 +45,10 @@ inline Bytes randomBytes(std::mt19937 & generator, std::size_t size)
     return bytes;
 }
 
-// What a call threw: the error code (0 for nothing, -1 for a foreign exception), the message
-// and, for InvalidLength, how many bytes it carried.
-struct Thrown
-{
-    int code;
-    std::string message;
-    uint64 readDataLength;
-};
-
-inline Thrown thrownBy(std::function<void()> const & call)
-{
-    try
-    {
-        call();
-    }
-    catch (Exceptions::InvalidLength const & e)
-    {
-        return Thrown{e.errorCode(), Utils::narrow(e.message()).c_str(), e.readDataLength()};
-    }
-    catch (Exceptions::BaseException const & e)
-    {
-        return Thrown{e.errorCode(), Utils::narrow(e.message()).c_str(), 0};
-    }
-    catch (...)
-    {
-        return Thrown{-1, "", 0};
-    }
-    return Thrown{0, "", 0};
-}
-
-// A value of exactly the given bytes over its own memory source.
-struct ValueOver
-{
-    explicit ValueOver(Bytes const & bytes)
-        : source(bytes.data(), bytes.size()), value(source, bytes.size())
-    {
-    }
-    DataIO::Memory::MemoryDataSource source;
-    KLV::Value value;
-};
+using ValueTest::Thrown;
+using ValueTest::thrownBy;
+using ValueTest::thrown;
+using ValueTest::ValueOver;
 
 // Remembers the name of the last class it visited.
 class NameVisitor : public Types::Visitors::Visitor, public Types::Visitors::NonConstVisitor

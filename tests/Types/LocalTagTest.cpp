@@ -27,9 +27,8 @@ TEST(LocalTagTest, IsBigEndianOnTheWire)
     // Order follows the number, since the bytes are big-endian.
     EXPECT_TRUE(LocalTag(static_cast<unsigned short>(0x00FF)) < LocalTag(static_cast<unsigned short>(0x0100)));
 
-    Thrown wrongLength = thrownBy([] { LocalTag t(w("0x3c0").c_str(), Types::Hexadecimal); });
-    EXPECT_EQ(int(Exceptions::InvalidLength::ERROR_CODE), wrongLength.code);
-    EXPECT_EQ("Not enough data", wrongLength.message);
+    EXPECT_EQ(thrown<Exceptions::InvalidLength>("Not enough data"),
+              thrownBy([] { LocalTag t(w("0x3c0").c_str(), Types::Hexadecimal); }));
 }
 
 TEST(LocalTagTest, StaticTagsRunFrom0100To7FFF)

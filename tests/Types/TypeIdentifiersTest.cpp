@@ -16,43 +16,20 @@ TEST(TypeIdentifiers, NamesAndSizesFollowTheTable)
         int size; // 0 for variable
     };
     Row const rows[] = {
-        {Id::Array, "Array", 0},
-        {Id::Batch, "Batch", 0},
-        {Id::Boolean, "Boolean", 1},
-        {Id::DataStream, "DataStream", 0},
-        {Id::DUMMY_TO_REPLACE_EDIT_RATE, "DUMMY_TO_REPLACE_EDIT_RATE", 0},
-        {Id::Int16, "Int16", 2},
-        {Id::Int32, "Int32", 4},
-        {Id::Int64, "Int64", 8},
-        {Id::Int8, "Int8", 1},
-        {Id::ISO7bitCharString, "ISO7bitCharString", 0},
-        {Id::Key, "Key", 16},
-        {Id::Length, "Length", 8},
-        {Id::LocalTag, "LocalTag", 2},
-        {Id::Position, "Position", 8},
-        {Id::ProductVersionType, "ProductVersionType", 10},
-        {Id::Rational, "Rational", 8},
-        {Id::TimestampType, "TimestampType", 8},
-        {Id::UInt16, "UInt16", 2},
-        {Id::UInt32, "UInt32", 4},
-        {Id::UInt64, "UInt64", 8},
-        {Id::UInt8, "UInt8", 1},
-        {Id::UMID32, "UMID32", 32},
-        {Id::UMID64, "UMID64", 64},
-        {Id::UL, "UL", 16},
-        {Id::Unknown, "Unknown", 0},
-        {Id::UTF16, "UTF16", 2},
-        {Id::UTF16CharString, "UTF16CharString", 0},
-        {Id::UUID, "UUID", 16},
-        {Id::VersionType, "VersionType", 2},
-        {Id::StrongReference, "StrongReference", 16},
-        {Id::WeakReference, "WeakReference", 16},
-        {Id::DeltaEntryType, "DeltaEntryType", 0},
-        {Id::IndexEntryType, "IndexEntryType", 0},
-        {Id::Orientation, "Orientation", 4},
-        {Id::RGBALayout, "RGBALayout", 16},
-        {Id::SignalStandard, "SignalStandard", 1},
-        {Id::DataValue, "DataValue", 0},
+        {Id::Array, "Array", 0}, {Id::Batch, "Batch", 0}, {Id::Boolean, "Boolean", 1},
+        {Id::DataStream, "DataStream", 0}, {Id::DUMMY_TO_REPLACE_EDIT_RATE, "DUMMY_TO_REPLACE_EDIT_RATE", 0},
+        {Id::Int16, "Int16", 2}, {Id::Int32, "Int32", 4}, {Id::Int64, "Int64", 8}, {Id::Int8, "Int8", 1},
+        {Id::ISO7bitCharString, "ISO7bitCharString", 0}, {Id::Key, "Key", 16}, {Id::Length, "Length", 8},
+        {Id::LocalTag, "LocalTag", 2}, {Id::Position, "Position", 8},
+        {Id::ProductVersionType, "ProductVersionType", 10}, {Id::Rational, "Rational", 8},
+        {Id::TimestampType, "TimestampType", 8}, {Id::UInt16, "UInt16", 2}, {Id::UInt32, "UInt32", 4},
+        {Id::UInt64, "UInt64", 8}, {Id::UInt8, "UInt8", 1}, {Id::UMID32, "UMID32", 32}, {Id::UMID64, "UMID64", 64},
+        {Id::UL, "UL", 16}, {Id::Unknown, "Unknown", 0}, {Id::UTF16, "UTF16", 2},
+        {Id::UTF16CharString, "UTF16CharString", 0}, {Id::UUID, "UUID", 16}, {Id::VersionType, "VersionType", 2},
+        {Id::StrongReference, "StrongReference", 16}, {Id::WeakReference, "WeakReference", 16},
+        {Id::DeltaEntryType, "DeltaEntryType", 0}, {Id::IndexEntryType, "IndexEntryType", 0},
+        {Id::Orientation, "Orientation", 4}, {Id::RGBALayout, "RGBALayout", 16},
+        {Id::SignalStandard, "SignalStandard", 1}, {Id::DataValue, "DataValue", 0},
         {Id::J2KPictureComponentType, "J2KPictureComponentType", 3},
         {Id::J2KCodingStyleDefault, "J2KCodingStyleDefault", 0},
         {Id::J2KQuantisationDefault, "J2KQuantisationDefault", 0},
@@ -65,9 +42,8 @@ TEST(TypeIdentifiers, NamesAndSizesFollowTheTable)
         EXPECT_EQ(rows[i].name, narrow(Id::identifierToString(rows[i].id)));
         if (rows[i].size == 0)
         {
-            Thrown t = thrownBy([&] { Id::typeSize(rows[i].id); });
-            EXPECT_EQ(Exceptions::InvalidType::ERROR_CODE, t.code);
-            EXPECT_EQ("Type has a variable size.", t.message);
+            EXPECT_EQ(thrown<Exceptions::InvalidType>("Type has a variable size."),
+                      thrownBy([&] { Id::typeSize(rows[i].id); }));
         }
         else
         {
@@ -81,7 +57,6 @@ TEST(TypeIdentifiers, PastTheTable)
     // The closing entry is empty, and so is anything past it.
     EXPECT_EQ("", narrow(Id::identifierToString(static_cast<Id::Identifier>(40))));
     EXPECT_EQ("", narrow(Id::identifierToString(static_cast<Id::Identifier>(1000))));
-    Thrown t = thrownBy([] { Id::typeSize(static_cast<Id::Identifier>(40)); });
-    EXPECT_EQ(Exceptions::InvalidType::ERROR_CODE, t.code);
-    EXPECT_EQ("Unknown type identifier.", t.message);
+    EXPECT_EQ(thrown<Exceptions::InvalidType>("Unknown type identifier."),
+              thrownBy([] { Id::typeSize(static_cast<Id::Identifier>(40)); }));
 }

@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cctype>
+
 #include "Types/IdentifierTestSupport.h"
 
 using namespace Vellum;
@@ -43,12 +46,9 @@ TEST(UMIDTest, PrintsAndLoadsPlainHexadecimal)
     EXPECT_EQ("0x06", text32.substr(0, 4));
     EXPECT_EQ("00", text32.substr(64));
     EXPECT_EQ(text32, n(basic.toString()));
-    EXPECT_EQ(text32, n(basic.toString(Types::Hexadecimal)));
 
     std::string upper = text32;
-    for (std::size_t i = 2; i < upper.size(); ++i)
-        if (upper[i] >= 'a' && upper[i] <= 'f')
-            upper[i] = static_cast<char>(upper[i] - 'a' + 'A');
+    std::transform(upper.begin() + 2, upper.end(), upper.begin() + 2, ::toupper);
     EXPECT_EQ(basic, UMID32(w(upper).c_str(), Types::Hexadecimal));
 
     Bytes bytes64 = randomBytes(generator, 64);
@@ -63,23 +63,14 @@ TEST(UMIDTest, RefusesMalformedText)
 {
     std::string const good32 = "0x" + std::string(64, 'a');
     EXPECT_EQ(0, loading<UMID32>(good32).code);
-
-    Thrown shorter = loading<UMID32>(good32.substr(1));
-    EXPECT_EQ(int(Exceptions::InvalidLength::ERROR_CODE), shorter.code);
-    EXPECT_EQ("Not enough data", shorter.message);
+    Thrown const tooShort = thrown<Exceptions::InvalidLength>("Not enough data");
+    Thrown const noPrefix =
+        thrown<Exceptions::InvalidLabel>("Expecting 0x in the start of the plain hexadecimal string representation");
+    EXPECT_EQ(tooShort, loading<UMID32>(good32.substr(1)));
     // A basic UMID's text is too short for an extended one.
-    Thrown asExtended = loading<UMID64>(good32);
-    EXPECT_EQ(int(Exceptions::InvalidLength::ERROR_CODE), asExtended.code);
-    EXPECT_EQ("Not enough data", asExtended.message);
-
-    Thrown noPrefix = loading<UMID32>("1x" + std::string(64, 'a'));
-    EXPECT_EQ(int(Exceptions::InvalidLabel::ERROR_CODE), noPrefix.code);
-    EXPECT_EQ("Expecting 0x in the start of the plain hexadecimal string representation", noPrefix.message);
-    Thrown capitalX = loading<UMID64>("0X" + std::string(128, 'a'));
-    EXPECT_EQ(int(Exceptions::InvalidLabel::ERROR_CODE), capitalX.code);
-    EXPECT_EQ("Expecting 0x in the start of the plain hexadecimal string representation", capitalX.message);
-
-    Thrown wrongDigit = loading<UMID64>("0x" + std::string(127, 'a') + "x");
-    EXPECT_EQ(int(Exceptions::InvalidLabel::ERROR_CODE), wrongDigit.code);
-    EXPECT_EQ("Label contains non Hexadecimal characters", wrongDigit.message);
+    EXPECT_EQ(tooShort, loading<UMID64>(good32));
+    EXPECT_EQ(noPrefix, loading<UMID32>("1x" + std::string(64, 'a')));
+    EXPECT_EQ(noPrefix, loading<UMID64>("0X" + std::string(128, 'a')));
+    EXPECT_EQ(thrown<Exceptions::InvalidLabel>("Label contains non Hexadecimal characters"),
+              loading<UMID64>("0x" + std::string(127, 'a') + "x"));
 }

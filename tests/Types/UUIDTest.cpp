@@ -36,20 +36,18 @@ TEST(UUIDTest, PrintsAndLoadsTheHyphenatedForm)
 
 TEST(UUIDTest, RefusesMalformedText)
 {
-    Thrown shorter = loading("00112233-4455-6677-8899-aabbccddeef");
-    EXPECT_EQ(int(Exceptions::InvalidLength::ERROR_CODE), shorter.code);
-    EXPECT_EQ("Not enough data", shorter.message);
-    // The hyphens count: thirty-two digits alone are too short.
-    Thrown noHyphens = loading("00112233445566778899aabbccddeeff");
-    EXPECT_EQ(int(Exceptions::InvalidLength::ERROR_CODE), noHyphens.code);
-    EXPECT_EQ("Not enough data", noHyphens.message);
-
-    // A digit where a separator belongs.
-    Thrown shifted = loading("001122334-455-6677-8899-aabbccddeeff");
-    EXPECT_EQ(int(Exceptions::InvalidLabel::ERROR_CODE), shifted.code);
-    EXPECT_EQ("Expections an separator that was not a hexadecimal character", shifted.message);
-
-    Thrown wrongDigit = loading("00112233-4455-6677-8899-aabbccddeegf");
-    EXPECT_EQ(int(Exceptions::InvalidLabel::ERROR_CODE), wrongDigit.code);
-    EXPECT_EQ("Label contains non Hexadecimal characters", wrongDigit.message);
+    struct Row
+    {
+        char const * text;
+        Thrown expected;
+    } const rows[] = {
+        {"00112233-4455-6677-8899-aabbccddeef", thrown<Exceptions::InvalidLength>("Not enough data")},
+        // The hyphens count: thirty-two digits alone are too short.
+        {"00112233445566778899aabbccddeeff", thrown<Exceptions::InvalidLength>("Not enough data")},
+        // A digit where a separator belongs.
+        {"001122334-455-6677-8899-aabbccddeeff",
+         thrown<Exceptions::InvalidLabel>("Expections an separator that was not a hexadecimal character")},
+        {"00112233-4455-6677-8899-aabbccddeegf", thrown<Exceptions::InvalidLabel>("Label contains non Hexadecimal characters")}};
+    for (Row const & row : rows)
+        EXPECT_EQ(row.expected, loading(row.text)) << row.text;
 }

@@ -3,6 +3,7 @@
 // and what a call threw.
 
 #include <functional>
+#include <ostream>
 #include <string>
 #include <vector>
 
@@ -81,6 +82,23 @@ inline Thrown thrownBy(std::function<void()> const & call)
         return Thrown{-1, "", Bytes()};
     }
     return Thrown{0, "", Bytes()};
+}
+
+// Compares code and message only, so that one assertion checks both: EXPECT_EQ(thrown<E>("text"), thrownBy(...)).
+inline bool operator==(Thrown const & a, Thrown const & b)
+{
+    return a.code == b.code && a.message == b.message;
+}
+
+inline void PrintTo(Thrown const & t, std::ostream * out)
+{
+    *out << "code " << t.code << " \"" << t.message << "\"";
+}
+
+template <class E>
+Thrown thrown(std::string const & message)
+{
+    return Thrown{E::ERROR_CODE, message, Bytes()};
 }
 
 inline std::string narrow(unsigned short const * text)

@@ -26,32 +26,26 @@ std::vector<Sample> everyValue()
     unsigned char const bytes[] = {1, 2, 3, 4, 5, 6, 7, 8, 9, 10};
     unsigned short const text[] = {'a', 0};
     return {
-        {std::make_shared<Types::Array>(4), Id::Array},
-        {std::make_shared<Types::Batch>(16), Id::Batch},
+        {std::make_shared<Types::Array>(4), Id::Array}, {std::make_shared<Types::Batch>(16), Id::Batch},
         {std::make_shared<Types::Boolean>(true), Id::Boolean},
         {std::make_shared<Types::DataStream>(bytes, 3), Id::DataStream},
         {std::make_shared<Types::DataValue>(bytes, 2), Id::DataValue},
         {std::make_shared<Types::ISO7String>("a"), Id::ISO7bitCharString},
-        {std::make_shared<Types::Int16>(1), Id::Int16},
-        {std::make_shared<Types::Int32>(1), Id::Int32},
-        {std::make_shared<Types::Int64>(1), Id::Int64},
-        {std::make_shared<Types::Int8>(1), Id::Int8},
+        {std::make_shared<Types::Int16>(1), Id::Int16}, {std::make_shared<Types::Int32>(1), Id::Int32},
+        {std::make_shared<Types::Int64>(1), Id::Int64}, {std::make_shared<Types::Int8>(1), Id::Int8},
         {std::make_shared<Types::J2KCodingStyleDefault>(1, 2, bytes, 5), Id::J2KCodingStyleDefault},
         {std::make_shared<Types::J2KPictureComponent>(1, 2, 3), Id::J2KPictureComponentType},
         {std::make_shared<Types::J2KQuantisationDefault>(1, bytes, 1), Id::J2KQuantisationDefault},
         {std::make_shared<Types::Length>(1), Id::Length},
         {std::make_shared<Types::Orientation>(1), Id::Orientation},
         {std::make_shared<Types::Position>(1), Id::Position},
-        {std::make_shared<Types::ProductVersion>(1, 2, 3, 4, Types::ProductVersion::BETA_VERSION),
-         Id::ProductVersionType},
+        {std::make_shared<Types::ProductVersion>(1, 2, 3, 4, Types::ProductVersion::BETA_VERSION), Id::ProductVersionType},
         {std::make_shared<Types::RGBALayout>(), Id::RGBALayout},
         {std::make_shared<Types::Rational>(25, 1), Id::Rational},
         {std::make_shared<Types::SignalStandard>(1), Id::SignalStandard},
         {std::make_shared<Types::Timestamp>(2024, 1, 2, 3, 4, 5, static_cast<unsigned short>(6)), Id::TimestampType},
-        {std::make_shared<Types::UInt16>(1), Id::UInt16},
-        {std::make_shared<Types::UInt32>(1), Id::UInt32},
-        {std::make_shared<Types::UInt64>(1), Id::UInt64},
-        {std::make_shared<Types::UInt8>(1), Id::UInt8},
+        {std::make_shared<Types::UInt16>(1), Id::UInt16}, {std::make_shared<Types::UInt32>(1), Id::UInt32},
+        {std::make_shared<Types::UInt64>(1), Id::UInt64}, {std::make_shared<Types::UInt8>(1), Id::UInt8},
         {std::make_shared<Types::UTF16>(1), Id::UTF16},
         {std::make_shared<Types::UTF16String>(text), Id::UTF16CharString},
         {std::make_shared<Types::Unknown>(bytes, 4), Id::Unknown},
@@ -89,18 +83,6 @@ public:
     void visit(Types::BaseType &) override { ++others; }
 };
 } // namespace
-
-TEST(ValueVisitors, IdentifierOfEveryClass)
-{
-    for (Sample const & sample : everyValue())
-    {
-        SCOPED_TRACE(narrow(Id::identifierToString(sample.id)));
-        V::GetIdentifierVisitor visitor;
-        EXPECT_EQ(Id::Unknown, visitor.identifier());
-        static_cast<Types::BaseType const &>(*sample.value).accept(visitor);
-        EXPECT_EQ(sample.id, visitor.identifier());
-    }
-}
 
 TEST(ValueVisitors, GetGivesTheValueOnlyForItsOwnType)
 {

@@ -72,23 +72,12 @@ TEST(CalendarTest, ModifiedJulianDate)
 
 TEST(CalendarTest, TimeZoneCodes)
 {
-    EXPECT_EQ(0, Calendar::timeZoneCode(0));
-    EXPECT_EQ(10, Calendar::timeZoneCode(30));
-    EXPECT_EQ(1, Calendar::timeZoneCode(60));
-    EXPECT_EQ(26, Calendar::timeZoneCode(390));
-    EXPECT_EQ(31, Calendar::timeZoneCode(690));
-    EXPECT_EQ(18, Calendar::timeZoneCode(720));
-    EXPECT_EQ(63, Calendar::timeZoneCode(-30));
-    EXPECT_EQ(37, Calendar::timeZoneCode(-60));
-    EXPECT_EQ(59, Calendar::timeZoneCode(-270));
-    EXPECT_EQ(58, Calendar::timeZoneCode(-330));
-    EXPECT_EQ(47, Calendar::timeZoneCode(-390));
-    EXPECT_EQ(20, Calendar::timeZoneCode(-720));
-    EXPECT_EQ(50, Calendar::timeZoneCode(-765));
-    EXPECT_EQ(19, Calendar::timeZoneCode(-780));
-    EXPECT_EQ(57, Calendar::timeZoneCode(45));
-    EXPECT_EQ(57, Calendar::timeZoneCode(750));
-    EXPECT_EQ(57, Calendar::timeZoneCode(-840));
+    // Minutes east of UTC and their codes; offsets with no code give 57.
+    int const table[][2] = {{0, 0},     {30, 10},   {60, 1},    {390, 26},  {690, 31},   {720, 18},
+                            {-30, 63},  {-60, 37},  {-270, 59}, {-330, 58}, {-390, 47},  {-720, 20},
+                            {-765, 50}, {-780, 19}, {45, 57},   {750, 57},  {-840, 57}};
+    for (auto const & row : table)
+        EXPECT_EQ(row[1], Calendar::timeZoneCode(row[0])) << row[0];
 
     // Through the runtime's time zone: POSIX offsets count west of UTC as positive.
     {

@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include "Support/ThrownCompare.h"
+
 #include "DataIO/Memory/MemoryDataSink.h"
 #include "KLV/KLVTestSupport.h"
 #include "KLV/KeyPredicates.h"
@@ -54,9 +56,7 @@ TEST(Padding, RefusesFillItemsThatCannotBeMade)
 {
     DataIO::Memory::MemoryDataSink sink;
     char const tooSmall[] = "Is not possible to make a KLV Fill item which is less than 17 bytes in length";
-    Thrown t = thrownBy([&] { Utils::writeFillKLV(sink, 19, 4); });
-    EXPECT_EQ(Exceptions::InvalidValue::ERROR_CODE, t.code);
-    EXPECT_EQ(tooSmall, t.message);
+    EXPECT_EQ(thrown<Exceptions::InvalidValue>(tooSmall), thrownBy([&] { Utils::writeFillKLV(sink, 19, 4); }));
     EXPECT_EQ(tooSmall, thrownBy([&] { Utils::writeFillKLV(sink, 100, 0); }).message);
     EXPECT_EQ(tooSmall, thrownBy([&] { Utils::writeFillKLV(sink, 16, 1); }).message);
     // A short-form length cannot carry 0x80; a length field of 10 bytes does not exist.

@@ -9,7 +9,7 @@
 #include <unistd.h>
 
 #include "DataIO/File/FileDataSource.h"
-#include "DataIO/File/ScratchDirectory.h"
+#include "Support/ScratchDirectory.h"
 #include "Exceptions/Exceptions.h"
 #include "Utils/Text.h"
 

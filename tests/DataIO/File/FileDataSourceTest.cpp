@@ -2,96 +2,97 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
+#include <memory>
 #include <string>
 #include <vector>
 
-#include "DataIO/File/ScratchDirectory.h"
-#include "Exceptions/Exceptions.h"
-#include "Utils/Text.h"
+#include "DataIO/BufferAlignDataSource.h"
+#include "DataIO/Memory/MemoryDataSource.h"
+#include "Support/Mxf.h"
+#include "Support/ScratchDirectory.h"
 
 using namespace Vellum;
 using DataIO::File::FileDataSource;
 using TestSupport::patternBytes;
 using TestSupport::ScratchDirectory;
+using VellumTest::messageOf;
 
 namespace
 {
 uint64 const ALL = ~uint64(0);
-}
 
-TEST(FileDataSourceTest, ReadsTheWholeFileInEveryBufferingMode)
+// Every random access source keeps the same contract: short reads at the end, seeks and skips
+// that stop there, and a discard that goes to the end.
+void expectRandomAccessContract(DataIO::RandomAccessDataSource & source, std::vector<unsigned char> const & bytes)
+{
+    uint64 const size = bytes.size();
+    std::vector<unsigned char> got(bytes.size() + 16, 0xEE);
+    unsigned char b = 0;
+    EXPECT_EQ(size, source.remaining());
+    EXPECT_EQ(300u, source.read(got.data(), 300));
+    EXPECT_EQ(300u, source.absoluteOffset());
+    // A short count at the end is not an error, and writes nothing behind what it read.
+    EXPECT_EQ(size - 300, source.read(got.data() + 300, size - 300 + 16));
+    EXPECT_TRUE(std::equal(bytes.begin(), bytes.end(), got.begin()));
+    EXPECT_EQ(0xEE, got[bytes.size()]);
+    EXPECT_TRUE(source.endOfStream());
+    EXPECT_EQ(0u, source.read(got.data(), 10));
+    // Backwards after a read, and past the end.
+    EXPECT_EQ(7u, source.seek(7));
+    ASSERT_EQ(1u, source.read(&b, 1));
+    EXPECT_EQ(bytes[7], b);
+    EXPECT_EQ(size, source.seek(size + 1));
+    EXPECT_EQ(size, source.seek(ALL));
+    EXPECT_EQ(0u, source.remaining());
+    EXPECT_EQ(100u, source.seek(100));
+    EXPECT_EQ(50u, source.skip(50));
+    ASSERT_EQ(1u, source.read(&b, 1));
+    EXPECT_EQ(bytes[150], b);
+    EXPECT_EQ(0u, source.skip(0));
+    // Skipping too far gives what was skipped; the largest count does not wrap around.
+    EXPECT_EQ(size - 151, source.skip(ALL));
+    EXPECT_EQ(0u, source.skip(1));
+    source.seek(42);
+    source.discard();
+    EXPECT_EQ(size, source.absoluteOffset());
+    EXPECT_TRUE(source.endOfStream());
+}
+} // namespace
+
+TEST(RandomAccessSourceTest, EverySourceKeepsTheContract)
 {
     ScratchDirectory dir;
     ASSERT_TRUE(dir.ok());
     std::vector<unsigned char> bytes = patternBytes(1000);
     dir.put("data.bin", bytes);
-
-    for (int bufferSize : {0, 1, 64, 4096, -1})
+    struct Case
     {
-        SCOPED_TRACE(bufferSize);
-        FileDataSource source(dir.widePath("data.bin").c_str(), bufferSize);
-        EXPECT_EQ(0u, source.absoluteOffset());
-        EXPECT_EQ(1000u, source.remaining());
-        EXPECT_FALSE(source.endOfStream());
-
-        std::vector<unsigned char> got(1000 + 16, 0xEE);
-        EXPECT_EQ(300u, source.read(got.data(), 300));
-        EXPECT_EQ(300u, source.absoluteOffset());
-        EXPECT_EQ(700u, source.remaining());
-        // A short count at the end is not an error.
-        EXPECT_EQ(700u, source.read(got.data() + 300, 716));
-        EXPECT_TRUE(std::equal(bytes.begin(), bytes.end(), got.begin()));
-        EXPECT_EQ(0xEE, got[1000]);
-        EXPECT_TRUE(source.endOfStream());
-        EXPECT_EQ(0u, source.remaining());
-        EXPECT_EQ(0u, source.read(got.data(), 10));
-        EXPECT_EQ(1000u, source.absoluteOffset());
+        char const * name;
+        std::function<void()> run;
+    };
+    auto overFile = [&](int buffer) {
+        FileDataSource source(dir.widePath("data.bin").c_str(), buffer);
+        expectRandomAccessContract(source, bytes);
+    };
+    Case const cases[] = {
+        {"memory", [&] { DataIO::Memory::MemoryDataSource m(bytes.data(), bytes.size()); expectRandomAccessContract(m, bytes); }},
+        {"file unbuffered", [&] { overFile(0); }},
+        {"file buffer 1", [&] { overFile(1); }},
+        {"file buffer 64", [&] { overFile(64); }},
+        {"file buffer 4096", [&] { overFile(4096); }},
+        {"file default buffer", [&] { overFile(-1); }},
+        {"aligned over a file", [&] {
+             FileDataSource file(dir.widePath("data.bin").c_str(), 0);
+             DataIO::BufferAlignDataSource aligned(file, 512, 4096);
+             expectRandomAccessContract(aligned, bytes);
+         }},
+    };
+    for (Case const & c : cases)
+    {
+        SCOPED_TRACE(c.name);
+        c.run();
     }
-}
-
-TEST(FileDataSourceTest, SeekSkipAndDiscardStopAtTheEnd)
-{
-    ScratchDirectory dir;
-    ASSERT_TRUE(dir.ok());
-    std::vector<unsigned char> bytes = patternBytes(500);
-    dir.put("data.bin", bytes);
-    FileDataSource source(dir.widePath("data.bin").c_str(), 64);
-    unsigned char b = 0;
-
-    EXPECT_EQ(123u, source.seek(123));
-    ASSERT_EQ(1u, source.read(&b, 1));
-    EXPECT_EQ(bytes[123], b);
-
-    // Backwards after a read.
-    EXPECT_EQ(7u, source.seek(7));
-    ASSERT_EQ(1u, source.read(&b, 1));
-    EXPECT_EQ(bytes[7], b);
-
-    // Past the end: lands at the end and says so.
-    EXPECT_EQ(500u, source.seek(501));
-    EXPECT_TRUE(source.endOfStream());
-    EXPECT_EQ(500u, source.seek(ALL));
-    EXPECT_EQ(0u, source.read(&b, 1));
-
-    EXPECT_EQ(100u, source.seek(100));
-    EXPECT_EQ(50u, source.skip(50));
-    EXPECT_EQ(150u, source.absoluteOffset());
-    ASSERT_EQ(1u, source.read(&b, 1));
-    EXPECT_EQ(bytes[150], b);
-    EXPECT_EQ(0u, source.skip(0));
-    // Skipping too far gives what was actually skipped; the largest count does not wrap around.
-    EXPECT_EQ(349u, source.skip(1000));
-    EXPECT_TRUE(source.endOfStream());
-    EXPECT_EQ(0u, source.skip(1));
-    source.seek(10);
-    EXPECT_EQ(490u, source.skip(ALL));
-    EXPECT_EQ(500u, source.absoluteOffset());
-
-    source.seek(42);
-    source.discard();
-    EXPECT_EQ(500u, source.absoluteOffset());
-    EXPECT_EQ(0u, source.remaining());
-    EXPECT_TRUE(source.endOfStream());
 }
 
 TEST(FileDataSourceTest, EmptyFileAndWidePath)
@@ -139,15 +140,8 @@ TEST(FileDataSourceTest, FailuresCarryTheSystemText)
     if (directory.remaining() > 0)
     {
         std::vector<unsigned char> got(size_t(directory.remaining()));
-        try
-        {
-            directory.read(got.data(), got.size());
-            FAIL() << "read a directory";
-        }
-        catch (Exceptions::IOError const & e)
-        {
-            EXPECT_EQ("Error reading from file. Is a directory", std::string(Utils::narrow(e.message()).c_str()));
-        }
+        EXPECT_EQ(messageOf<Exceptions::IOError>([&] { directory.read(got.data(), got.size()); }),
+                  "Error reading from file. Is a directory");
         EXPECT_EQ(0u, directory.absoluteOffset());
     }
 }

@@ -51,7 +51,7 @@ TEST(DMS1ClipFramework, DescribesATrackOnADescriptiveTrackOfItsPackage)
 
     // The framework is written and read back under the segment.
     LoadedHeader loaded = loadHeader(headerOnlyFile(*h.metadata));
-    ASSERT_TRUE(loaded.metadata != nullptr);
+    ASSERT_TRUE(loaded.metadata.get() != nullptr);
     EXPECT_EQ(0u, loaded.skipped);
     EXPECT_EQ(1u, loaded.metadata->find(Metadata::DMS1::DMS1MetadataKeys::clipFramework()).size());
     Templates::vector<Metadata::MetadataSet const *> order;

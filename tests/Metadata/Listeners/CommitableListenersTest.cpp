@@ -110,10 +110,8 @@ TEST(LastModifiedDateUpdaterListener, StampsThePackageOrThePrefaceAboveAChange)
     updater->commit();
     Types::SimpleDataType const * stamped = valueOf(*h.source, ULs::packageModifiedDate());
     ASSERT_NE(nullptr, stamped);
-    Types::Timestamp const * date = Types::Visitors::getAs<Types::Timestamp>(*stamped);
-    ASSERT_NE(nullptr, date);
-    EXPECT_GE(date->year(), 2024);
-    EXPECT_GE(date->month(), 1);
+    ASSERT_NE(nullptr, Types::Visitors::getAs<Types::Timestamp>(*stamped));
+    EXPECT_GE(Types::Visitors::getAs<Types::Timestamp>(*stamped)->year(), 2024);
     EXPECT_EQ(nullptr, valueOf(*h.material, ULs::packageModifiedDate()));
     EXPECT_EQ(nullptr, valueOf(*h.preface, ULs::lastModifiedDate()));
 

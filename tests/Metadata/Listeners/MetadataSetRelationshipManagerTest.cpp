@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "Support/ThrownCompare.h"
+
 #include "Metadata/Listeners/MetadataSetRelationshipManager.h"
 #include "Metadata/MetadataULs.h"
 #include "Metadata/PartitionMetadataTestSupport.h"
@@ -38,8 +40,7 @@ TEST(MetadataSetRelationshipManager, KnowsTheReferencesAndRefusesToLetAReference
     // Learned by replay: every strong reference of the header.
     EXPECT_EQ(metadata->size() - 1, manager->uuid2ReferencesMap().size());
     EXPECT_EQ(metadata->size() - 1, manager->references2UUIDMap().size());
-    EXPECT_FALSE(manager->canDeleteMetadataSet(h.pictureSequence));
-    EXPECT_TRUE(manager->canDeleteMetadataSet(h.preface));
+    EXPECT_TRUE(!manager->canDeleteMetadataSet(h.pictureSequence) && manager->canDeleteMetadataSet(h.preface));
     EXPECT_EQ(h.pictureTrack, manager->parentSet(h.pictureSequence));
     EXPECT_EQ(h.contentStorage, manager->parentSet(static_cast<MetadataSet const *>(h.material)));
     EXPECT_EQ(nullptr, manager->parentSet(h.preface));
@@ -57,9 +58,8 @@ TEST(MetadataSetRelationshipManager, KnowsTheReferencesAndRefusesToLetAReference
     // Referenced: refused before anything changes.
     uint64 const size = metadata->size();
     Types::UUID const sequence = uidOf(*h.pictureSequence);
-    Thrown thrown = thrownBy([&] { metadata->removeMetadataSet(sequence); });
-    EXPECT_EQ(Exceptions::OperationNotAllowed::ERROR_CODE, thrown.code);
-    EXPECT_EQ("Cannot removed this MetadataSet because is referenced by other Metadata Set", thrown.message);
+    EXPECT_EQ(thrown<Exceptions::OperationNotAllowed>("Cannot removed this MetadataSet because is referenced by other Metadata Set"),
+              thrownBy([&] { metadata->removeMetadataSet(sequence); }));
     EXPECT_EQ(size, metadata->size());
     EXPECT_TRUE(present(*metadata, sequence));
     EXPECT_FALSE(reference(*h.pictureTrack, ULs::sequence()).empty());
@@ -99,8 +99,8 @@ TEST(MetadataSetRelationshipManager, CascadeDeleteTakesTheTreeBelow)
     ASSERT_EQ(1, packages.size());
     EXPECT_EQ(valueBytes(Types::StrongReference(uidOf(*h.material))), valueBytes(packages.at(0)));
     // Integrity is enforced again afterwards.
-    Thrown thrown = thrownBy([&] { metadata->removeMetadataSet(uidOf(*h.pictureTrack)); });
-    EXPECT_EQ(Exceptions::OperationNotAllowed::ERROR_CODE, thrown.code);
+    Thrown caught = thrownBy([&] { metadata->removeMetadataSet(uidOf(*h.pictureTrack)); });
+    EXPECT_EQ(Exceptions::OperationNotAllowed::ERROR_CODE, caught.code);
     // The rest still writes and reads back.
     LoadReport report;
     MetadataPtr copy = loadSerialized(serialized(*metadata, Metadata::PartitionMetadata::ForwardDepthFirst), report);
@@ -116,12 +116,12 @@ TEST(MetadataSetRelationshipManager, CascadeOverACycleFails)
     references(*h.soundSequence, ULs::structuralComponents())
         .appendUnverifiedReference(Templates::auto_ptr<Types::Reference>(new Types::StrongReference(uidOf(*h.soundTrack))));
     Types::UUID const track = uidOf(*h.soundTrack);
-    Thrown thrown = thrownBy([&] { manager->cascadeDelete(h.soundTrack); });
-    EXPECT_EQ(Exceptions::InvalidFormat::ERROR_CODE, thrown.code);
-    EXPECT_EQ("Circular reference in MXF file! InstanceUID: " + n(track.toString()), thrown.message);
+    Thrown caught = thrownBy([&] { manager->cascadeDelete(h.soundTrack); });
+    EXPECT_EQ(Exceptions::InvalidFormat::ERROR_CODE, caught.code);
+    EXPECT_EQ("Circular reference in MXF file! InstanceUID: " + n(track.toString()), caught.message);
     // The track was the one met twice: it stays.
     EXPECT_TRUE(present(*metadata, track));
     // And integrity is enforced again.
-    thrown = thrownBy([&] { metadata->removeMetadataSet(uidOf(*h.material)); });
-    EXPECT_EQ(Exceptions::OperationNotAllowed::ERROR_CODE, thrown.code);
+    caught = thrownBy([&] { metadata->removeMetadataSet(uidOf(*h.material)); });
+    EXPECT_EQ(Exceptions::OperationNotAllowed::ERROR_CODE, caught.code);
 }

@@ -15,11 +15,8 @@ TEST(StructuralPackageHelpers, CreatedTracksAndClipsCarryWhatTheyWereGiven)
 {
     BuiltHeader h = buildHeader(250);
     TimelineTrack * track = h.sourcePicture;
-    EXPECT_EQ(2u, track->trackID()->value());
     EXPECT_EQ(0x15010500u, track->trackNumber()->value());
-    EXPECT_EQ(0, track->origin()->value());
     EXPECT_EQ(25, track->editRate()->numerator());
-    EXPECT_EQ(1, track->editRate()->denominator());
     Sequence * sequence = track->sequence();
     ASSERT_NE(nullptr, sequence);
     EXPECT_EQ(DataDefinitionULs::picture(), *sequence->dataDefinition());
@@ -29,16 +26,13 @@ TEST(StructuralPackageHelpers, CreatedTracksAndClipsCarryWhatTheyWereGiven)
     SourceClip * clip = metadataSetAs<SourceClip>(sequence->structuralComponent(0));
     ASSERT_NE(nullptr, clip);
     EXPECT_EQ(250, clip->duration()->value());
-    EXPECT_EQ(0, clip->startPosition()->value());
     EXPECT_EQ(DistiguishedValue::nullUMID32(), *clip->sourcePackageID());
-    EXPECT_EQ(0u, clip->sourceTrackID()->value());
     // Tracks go to the end of the package, in order.
     ASSERT_EQ(3u, h.source->tracksCount());
     EXPECT_EQ(static_cast<Track *>(h.sourcePicture), h.source->track(1u));
     EXPECT_EQ(static_cast<Track *>(h.sourceSound), h.source->track(2u));
 
     SourceClip * second = addSourceClip(*h.metadata, sequence, DataDefinitionULs::picture(), 250, 100);
-    EXPECT_EQ(2u, sequence->structuralComponentsCount());
     EXPECT_EQ(250, second->startPosition()->value());
     EXPECT_EQ(250, sequence->duration()->value());
 }
@@ -143,31 +137,17 @@ TEST(StructuralPackageHelpers, BoundsAndDurations)
 TEST(StructuralPackageHelpers, TimeCodesOfAPackage)
 {
     BuiltHeader h = buildHeader(250);
-    Utils::TimeCode start = startTimecode(*h.material);
-    ASSERT_TRUE(start.isDefined());
-    EXPECT_EQ(25, start.frameRate());
-    EXPECT_EQ(1, start.hours());
-    EXPECT_EQ(0, start.minutes());
-    EXPECT_FALSE(start.dropFrame());
-    Utils::TimeCode duration = packageDurationAsTimeCode(*h.material);
-    ASSERT_TRUE(duration.isDefined());
-    EXPECT_EQ(10, duration.seconds());
-    EXPECT_EQ(0, duration.frames());
+    auto text = [](Utils::TimeCode const & tc) { return n(tc.toString(true, true)); };
+    EXPECT_EQ("01:00:00:00", text(startTimecode(*h.material)));
+    EXPECT_EQ(25, startTimecode(*h.material).frameRate());
+    EXPECT_EQ("00:00:10:00", text(packageDurationAsTimeCode(*h.material)));
     EXPECT_FALSE(isDropFrame(h.materialTimecode));
 
     // Drop frame at 30000/1001: 17982 frames are ten minutes.
     MaterialPackage * ntsc = createSet<MaterialPackage>(*h.metadata, Keys::materialPackage());
     TimelineTrack * timecode = addTimecodeTrack(*h.metadata, *ntsc, 1, 107892, 17982, true);
     EXPECT_TRUE(isDropFrame(timecode));
-    EXPECT_TRUE(isTimeCodeTrack(timecode));
-    Utils::TimeCode ntscStart = startTimecode(*ntsc);
-    EXPECT_EQ(30, ntscStart.frameRate());
-    EXPECT_TRUE(ntscStart.dropFrame());
-    EXPECT_EQ(1, ntscStart.hours());
-    EXPECT_EQ(0, ntscStart.minutes());
-    EXPECT_EQ(0, ntscStart.frames());
-    Utils::TimeCode ntscDuration = packageDurationAsTimeCode(*ntsc);
-    EXPECT_EQ(10, ntscDuration.minutes());
-    EXPECT_EQ(0, ntscDuration.seconds());
-    EXPECT_EQ(0, ntscDuration.frames());
+    EXPECT_EQ(30, startTimecode(*ntsc).frameRate());
+    EXPECT_EQ("01:00:00:00 (DF)", text(startTimecode(*ntsc)));
+    EXPECT_EQ("00:10:00:00 (DF)", text(packageDurationAsTimeCode(*ntsc)));
 }

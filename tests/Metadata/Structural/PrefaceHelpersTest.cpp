@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "Support/ThrownCompare.h"
+
 #include "Metadata/Structural/HeaderBuilding.h"
 #include "Metadata/Structural/StructuralMetadataULs.h"
 #include "Metadata/Structural/SubclassHelpers.h"
@@ -25,20 +27,16 @@ NetworkLocator * locator(Metadata::PartitionMetadata & metadata)
 TEST(StructuralPrefaceHelpers, ThePrefaceAndItsLabels)
 {
     std::unique_ptr<Metadata::PartitionMetadata> empty = newPartitionMetadata();
-    Thrown thrown = thrownBy([&] { findPreface(*empty); });
-    EXPECT_EQ(Exceptions::NotFound::ERROR_CODE, thrown.code);
-    EXPECT_EQ("Didn't find MetadataSet with specified key.", thrown.message);
+    EXPECT_EQ(thrown<Exceptions::NotFound>("Didn't find MetadataSet with specified key."),
+              thrownBy([&] { findPreface(*empty); }));
     EXPECT_EQ(Exceptions::NotFound::ERROR_CODE, thrownBy([&] { operationalPattern(*empty); }).code);
 
     BuiltHeader h = buildHeader(25);
     EXPECT_EQ(h.preface, findPreface(*h.metadata));
     ASSERT_NE(nullptr, operationalPattern(*h.metadata));
     EXPECT_EQ(op1a(), *operationalPattern(*h.metadata));
-    Templates::vector<Types::UniversalLabel> containers = essenceContainers(*h.metadata);
-    ASSERT_EQ(3u, containers.size());
-    EXPECT_EQ(Wrappings::multipleWrapping(), containers[0]);
-    EXPECT_EQ(mpegContainer(), containers[1]);
-    EXPECT_EQ(waveContainer(), containers[2]);
+    EXPECT_EQ((Templates::vector<Types::UniversalLabel>{Wrappings::multipleWrapping(), mpegContainer(), waveContainer()}),
+              essenceContainers(*h.metadata));
 }
 
 TEST(StructuralPrefaceHelpers, ExternalEssence)

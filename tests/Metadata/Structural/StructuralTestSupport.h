@@ -8,6 +8,8 @@
 #include <vector>
 
 #include "KLV/KLVTestSupport.h"
+#include "Support/ThrownCompare.h"
+#include "Metadata/MetadataSetTestSupport.h"
 #include "MetaMetadata/Dictionary.h"
 #include "MetaMetadata/StandardDictionary.h"
 #include "Metadata/MetadataSet.h"
@@ -29,15 +31,11 @@ namespace StructuralTest
 {
 using KLVTest::n;
 using KLVTest::Thrown;
+using KLVTest::thrown;
 using KLVTest::thrownBy;
 using KLVTest::w;
 
-// The built-in dictionary, made once for all tests.
-inline Templates::SharedPtr<MetaMetadata::Dictionary> standardDictionary()
-{
-    static Templates::SharedPtr<MetaMetadata::Dictionary> dictionary = MetaMetadata::createStandardDictionary();
-    return dictionary;
-}
+using MetadataSetTest::standardDictionary;
 
 class SetOwner : public Metadata::MetadataSetOwner
 {

@@ -11,17 +11,21 @@ using namespace Vellum::Metadata::Structural;
 
 TEST(StructuralSubclassHelpers, DataDefinitions)
 {
-    EXPECT_TRUE(isEssenceDataDefinition(DataDefinitionULs::picture()));
-    EXPECT_TRUE(isEssenceDataDefinition(DataDefinitionULs::audio()));
-    EXPECT_TRUE(isEssenceDataDefinition(DataDefinitionULs::data()));
-    EXPECT_FALSE(isEssenceDataDefinition(DataDefinitionULs::auxiliaryData()));
-    EXPECT_FALSE(isEssenceDataDefinition(DataDefinitionULs::descriptiveMetadata()));
-    EXPECT_FALSE(isEssenceDataDefinition(DataDefinitionULs::timecode12MInactive()));
-    EXPECT_TRUE(isTimecodeDataDefinition(DataDefinitionULs::timecode12MInactive()));
-    EXPECT_TRUE(isTimecodeDataDefinition(DataDefinitionULs::timecode12MActive()));
-    EXPECT_TRUE(isTimecodeDataDefinition(DataDefinitionULs::timecode309M()));
-    EXPECT_FALSE(isTimecodeDataDefinition(DataDefinitionULs::picture()));
-    EXPECT_FALSE(isTimecodeDataDefinition(DataDefinitionULs::parsedText()));
+    namespace DD = DataDefinitionULs;
+    struct Row
+    {
+        Types::UniversalLabel const & label;
+        bool essence, timecode;
+    } const rows[] = {{DD::picture(), true, false},          {DD::audio(), true, false},
+                      {DD::data(), true, false},             {DD::auxiliaryData(), false, false},
+                      {DD::descriptiveMetadata(), false, false}, {DD::timecode12MInactive(), false, true},
+                      {DD::timecode12MActive(), false, true}, {DD::timecode309M(), false, true},
+                      {DD::parsedText(), false, false}};
+    for (Row const & row : rows)
+    {
+        EXPECT_EQ(row.essence, isEssenceDataDefinition(row.label)) << n(row.label.toString());
+        EXPECT_EQ(row.timecode, isTimecodeDataDefinition(row.label)) << n(row.label.toString());
+    }
 }
 
 TEST(StructuralSubclassHelpers, TracksByTheirSequence)
@@ -33,22 +37,15 @@ TEST(StructuralSubclassHelpers, TracksByTheirSequence)
     TimelineTrack * data = createTimelineTrack(*metadata, *package, DataDefinitionULs::data(), 2, 0, 0, rate, 5);
     TimelineTrack * descriptive =
         createTimelineTrack(*metadata, *package, DataDefinitionULs::descriptiveMetadata(), 3, 0, 0, rate, 5);
-    EXPECT_TRUE(isTimeCodeTrack(datecode));
-    EXPECT_FALSE(isEssenceTrack(datecode));
-    EXPECT_TRUE(isEssenceTrack(data));
-    EXPECT_FALSE(isTimeCodeTrack(data));
-    EXPECT_FALSE(isEssenceTrack(descriptive));
-    EXPECT_FALSE(isTimeCodeTrack(descriptive));
+    EXPECT_TRUE(isTimeCodeTrack(datecode) && !isEssenceTrack(datecode));
+    EXPECT_TRUE(isEssenceTrack(data) && !isTimeCodeTrack(data));
+    EXPECT_FALSE(isEssenceTrack(descriptive) || isTimeCodeTrack(descriptive));
     EXPECT_EQ(datecode, getTimecodeTrack(*package));
 
     // No track, no sequence, no data definition: neither kind, and no drop frame.
-    EXPECT_FALSE(isEssenceTrack(nullptr));
-    EXPECT_FALSE(isTimeCodeTrack(nullptr));
-    EXPECT_FALSE(isDropFrame(nullptr));
+    EXPECT_FALSE(isEssenceTrack(nullptr) || isTimeCodeTrack(nullptr) || isDropFrame(nullptr));
     TimelineTrack * bare = createSet<TimelineTrack>(*metadata, StructuralMetadataKeys::timelineTrack());
-    EXPECT_FALSE(isEssenceTrack(bare));
-    EXPECT_FALSE(isTimeCodeTrack(bare));
-    EXPECT_FALSE(isDropFrame(bare));
+    EXPECT_FALSE(isEssenceTrack(bare) || isTimeCodeTrack(bare) || isDropFrame(bare));
     bare->sequence(createSet<Sequence>(*metadata, StructuralMetadataKeys::sequence()));
     EXPECT_FALSE(isTimeCodeTrack(bare));
     // A time code track whose sequence holds no time code component is not drop frame.

@@ -1,0 +1,29 @@
+#pragma once
+// Lets a test compare what a call threw with the class code and message it expects in one
+// assertion: EXPECT_EQ(thrown<InvalidValue>("text"), thrownBy(...)).
+
+#include <ostream>
+
+#include "KLV/KLVTestSupport.h"
+
+namespace Vellum
+{
+namespace KLVTest
+{
+inline bool operator==(Thrown const & a, Thrown const & b)
+{
+    return a.code == b.code && a.message == b.message;
+}
+
+inline void PrintTo(Thrown const & t, std::ostream * out)
+{
+    *out << "code " << t.code << " \"" << t.message << "\"";
+}
+
+template <class E>
+Thrown thrown(std::string const & message)
+{
+    return Thrown{E::ERROR_CODE, message};
+}
+} // namespace KLVTest
+} // namespace Vellum
