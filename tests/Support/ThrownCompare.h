@@ -6,9 +6,7 @@
 
 #include "KLV/KLVTestSupport.h"
 
-namespace Vellum
-{
-namespace KLVTest
+namespace VellumTest
 {
 inline bool operator==(Thrown const & a, Thrown const & b)
 {
@@ -19,11 +17,18 @@ inline void PrintTo(Thrown const & t, std::ostream * out)
 {
     *out << "code " << t.code << " \"" << t.message << "\"";
 }
+} // namespace VellumTest
+
+namespace Vellum
+{
+namespace KLVTest
+{
+using VellumTest::operator==;
 
 template <class E>
 Thrown thrown(std::string const & message)
 {
-    return Thrown{E::ERROR_CODE, message};
+    return Thrown{E::ERROR_CODE, message, Bytes()};
 }
 } // namespace KLVTest
 } // namespace Vellum
