@@ -777,7 +777,9 @@ bool MetadataSet::Impl::cloneTarget(Types::StrongReference const & reference, bo
     Types::UUID target = reference.uuid();
     if (path.count(target) != 0)
         return false;
-    Templates::vector<MetadataSet *> found = cloneOwner->find(Structural::StructuralMetadataULs::instanceUID(), target);
+    // The target stands beside the original, which may belong to another partition than the clone.
+    MetadataSetOwner * const origin = owner != nullptr ? owner : cloneOwner;
+    Templates::vector<MetadataSet *> found = origin->find(Structural::StructuralMetadataULs::instanceUID(), target);
     if (found.empty() || found.front() == nullptr)
         return false;
     MetadataSet * clone = found.front()->impl_->cloneSet(deep, cloneOwner, path);

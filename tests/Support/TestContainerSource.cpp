@@ -346,17 +346,4 @@ uint64 TestMemorySink::seek(uint64 position)
     return position_;
 }
 
-std::string runCommand(std::string const & command)
-{
-    std::string out;
-    FILE * pipe = ::popen(command.c_str(), "r");
-    if (pipe == nullptr)
-        return out;
-    char buffer[4096];
-    size_t n;
-    while ((n = std::fread(buffer, 1, sizeof buffer, pipe)) > 0)
-        out.append(buffer, n);
-    ::pclose(pipe);
-    return out;
-}
 } // namespace VellumTest

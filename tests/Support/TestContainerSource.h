@@ -113,6 +113,4 @@ public:
     std::vector<unsigned char> bytes;
 };
 
-// The output of a shell command.
-std::string runCommand(std::string const & command);
 } // namespace VellumTest

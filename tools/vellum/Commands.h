@@ -24,4 +24,5 @@ Command addDictCommand(CLI::App & program);
 Command addMetaCommand(CLI::App & program);
 Command addCheckCommand(CLI::App & program);
 Command addUnwrapCommand(CLI::App & program);
+Command addWrapCommand(CLI::App & program);
 } // namespace VellumTool

@@ -1,4 +1,4 @@
-// vellum: looks into MXF files with the Vellum library.
+// vellum: looks into MXF files and wraps essence into them with the Vellum library.
 // Exit codes: 0 done, 1 a file that cannot be read (or, for check, findings), 2 wrong arguments.
 
 #include <CLI/CLI.hpp>
@@ -17,7 +17,8 @@ int main(int argc, char ** argv)
     program.require_subcommand(1);
     std::vector<VellumTool::Command> commands;
     for (auto add : {VellumTool::addInfoCommand, VellumTool::addKlvCommand, VellumTool::addMetaCommand,
-                     VellumTool::addCheckCommand, VellumTool::addUnwrapCommand, VellumTool::addDictCommand})
+                     VellumTool::addCheckCommand, VellumTool::addUnwrapCommand, VellumTool::addWrapCommand,
+                     VellumTool::addDictCommand})
         commands.push_back(add(program));
     try
     {
