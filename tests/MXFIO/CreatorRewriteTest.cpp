@@ -9,6 +9,7 @@
 #include "Metadata/Structural/TimelineTrack.h"
 #include "Metadata/Structural/PackageHelpers.h"
 #include "Support/Fixtures.h"
+#include "Support/Process.h"
 #include "Types/UTF16String.h"
 #include "Utils/Text.h"
 
