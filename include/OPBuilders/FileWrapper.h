@@ -35,7 +35,7 @@ public:
         Options();
         // One file per stream instead of one file for all.
         bool opAtom;
-        // Each stream as one KLV packet instead of one element per edit unit.
+        // Each stream as one KLV packet instead of one element per edit unit; OP-Atom files always are.
         bool clipWrap;
         // Seconds of essence in a body partition; 0 puts all essence in one.
         Templates::Rational<int64> partitionSeconds;

@@ -120,7 +120,8 @@ FileWrapper::Impl::makeSource(Templates::SharedPtr<Metadata::PartitionMetadata> 
         analyzers.size() > 1 ? Metadata::Structural::Wrappings::multipleWrapping() : analyzers.front()->universalLabel();
     Utils::TimeCode const & tc = options.start;
     bool const hasStart = tc.isDefined();
-    if (options.clipWrap)
+    // OP-Atom files hold their one stream as a clip, as the readers of such files expect.
+    if (options.clipWrap || options.opAtom)
     {
         GenericContainer::ClipWrapper::Wrapper wrapper(metadata, label, rate,
                                                        Templates::SharedPtr<DataIO::BufferSliceSource>(), 0);

@@ -58,7 +58,7 @@ TEST(WrapTool, StreamsComeBackFromEveryReader)
                  "-f mpeg2video", "0.4", "", "400"},
         {"VC-3", "-f lavfi -i testsrc=size=1920x1080:rate=25 -t 0.2 -c:v dnxhd -b:v 36M -pix_fmt yuv422p -f dnxhd", "",
          "--rate 25", "200"},
-        {"JPEG 2000", "-t 0.4 -c:v jpeg2000 -format j2k -f rawvideo", "", "--rate 25 --kag 512", "400"},
+        {"JPEG 2000", "-t 0.4 -pix_fmt yuv422p -c:v jpeg2000 -format j2k -f rawvideo", "", "--rate 25 --kag 512", "400"},
     };
     for (WrapCase const & c : cases)
     {

@@ -71,8 +71,6 @@ Templates::wstring streamName(std::string const & path, size_t index)
     name = name.substr(0, name.find_last_of('.'));
     return Utils::wide((std::to_string(index + 1) + "-" + (name.empty() ? "stream" : name)).c_str());
 }
-} // namespace
-
 int wrap(WrapArguments & w)
 {
     if (!w.timecode.empty() && !parseTimecode(w.timecode, w.rate, w.options.start))
