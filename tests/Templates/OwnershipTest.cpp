@@ -98,15 +98,15 @@ struct Values
 };
 
 static_assert(Handles<DataIO::BitSliceReader, DataIO::BufferAlignDataSource, DataIO::BufferSliceSource,
-                      DataIO::FileDataSink, DataIO::FileDataSource, DataIO::FileSliceSource, DataIO::SliceReader,
-                      DataIO::SliceSourceTee>::none,
+                      DataIO::File::FileDataSink, DataIO::File::FileDataSource, DataIO::File::FileSliceSource,
+                      DataIO::SliceReader, DataIO::SliceSourceTee>::none,
               "a data handle is copyable");
 static_assert(Handles<IndexTables::IndexTable, IndexTables::IndexTableSegment,
                       IndexTables::IndexTableSegmentWithGOPInfo>::none,
               "an index table handle is copyable");
 static_assert(Handles<KLV::Packet, KLV::Reader, KLV::Value>::none, "a KLV handle is copyable");
 static_assert(Handles<MXFIO::AbstractPartition, MXFIO::Partition, MXFIO::Reader, MXFIO::Reader2,
-                      MXFIO::SequentialReader, MXFIO::ContentStorageReader, MXFIO::EssenceReader, MXFIO::Seeker,
+                      MXFIO::ContentStorageReader, MXFIO::EssenceReader, MXFIO::Seeker,
                       MXFIO::IndexTableProvider, MXFIO::IndexTableCache, MXFIO::IndexTableCompleteCache,
                       MXFIO::IndexTableProviderBase, MXFIO::IndexTableNullProvider,
                       MXFIO::IndexTableFullFileParseProvider, MXFIO::IndexTableParseOnRequestProvider,
@@ -129,13 +129,13 @@ static_assert(Handles<Platform::Synchronization::Mutex, DataIO::SliceSource,
                       Metadata::PartitionMetadataListener, Metadata::MetadataSetOwner>::none,
               "a lock or an interface of handles is copyable");
 
-static_assert(Values<Exceptions::BaseException, Exceptions::InvalidLength, IndexTables::DeltaEntry,
+static_assert(Values<Exceptions::InvalidLength, IndexTables::DeltaEntry,
                      IndexTables::DeltaEntryArray, IndexTables::IndexEntry, IndexTables::IndexEntryArray, KLV::Key,
                      Packs::PartitionPack, Packs::PrimerPack, Packs::RandomIndexPack, Utils::TimeCode,
                      Utils::TimeCodeExtended>::all,
               "a value lost its copy");
-static_assert(Values<MetaMetadata::PropertyMap, MetaMetadata::MetaElement, MetaMetadata::MetaValueHolder,
-                     MetaMetadata::MetaReferenceHolder, MetaMetadata::MetaCollectionElement,
+static_assert(Values<MetaMetadata::PropertyMap, MetaMetadata::MetaValueHolder,
+                     MetaMetadata::MetaReferenceHolder,
                      MetaMetadata::MetaSimpleElement, MetaMetadata::MetaReferenceElement, MetaMetadata::MetaCollection,
                      MetaMetadata::MetaReferenceCollection, MetaMetadata::MetaMetadataSet,
                      MetaMetadata::UnknownAttribute, MetaMetadata::MisplacedAttribute>::all,
