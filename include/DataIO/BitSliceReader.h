@@ -3,6 +3,7 @@
 // parser can take a header's raw bytes as slices afterwards.
 
 #include "DataIO/SliceReader.h"
+#include "Templates/AutoPtr.h"
 
 namespace Vellum
 {
@@ -35,7 +36,7 @@ private:
     void loadByte();
 
     struct BitImpl;
-    BitImpl * bits_;
+    Templates::auto_ptr<BitImpl> bits_;
 };
 } // namespace DataIO
 } // namespace Vellum

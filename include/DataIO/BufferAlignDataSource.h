@@ -5,6 +5,7 @@
 #include "DataIO/DataSource.h"
 #include "Platform/MallocAlloc.h"
 #include "Platform/Types.h"
+#include "Templates/AutoPtr.h"
 
 namespace Vellum
 {
@@ -36,7 +37,7 @@ private:
     BufferAlignDataSource & operator=(BufferAlignDataSource const &) = delete;
 
     struct Impl;
-    Impl * impl_;
+    Templates::auto_ptr<Impl> impl_;
 };
 } // namespace DataIO
 } // namespace Vellum

@@ -4,6 +4,7 @@
 
 #include "DataIO/Chain.h"
 #include "DataIO/SliceSource.h"
+#include "Templates/AutoPtr.h"
 
 namespace Vellum
 {
@@ -38,7 +39,7 @@ private:
     BufferSliceSource & operator=(BufferSliceSource const &) = delete;
 
     struct Impl;
-    Impl * impl_;
+    Templates::auto_ptr<Impl> impl_;
 };
 } // namespace DataIO
 } // namespace Vellum

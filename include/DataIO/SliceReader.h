@@ -4,6 +4,7 @@
 
 #include "DataIO/Chain.h"
 #include "DataIO/SliceSource.h"
+#include "Templates/AutoPtr.h"
 #include "Templates/SharedPtr.h"
 
 namespace Vellum
@@ -51,7 +52,7 @@ private:
     SliceReader & operator=(SliceReader const &) = delete;
 
     struct Impl;
-    Impl * impl_;
+    Templates::auto_ptr<Impl> impl_;
 };
 } // namespace DataIO
 } // namespace Vellum

@@ -12,7 +12,10 @@ class SliceSource
 {
 public:
     VELLUM_CLASS_ALLOCATION
+    SliceSource() = default;
     virtual ~SliceSource() {}
+    SliceSource(SliceSource const &) = delete;
+    SliceSource & operator=(SliceSource const &) = delete;
     // The next bytes: possibly fewer or more than asked for, and an empty slice at the end.
     virtual Templates::auto_ptr<Slice> read(uint64 size) = 0;
     virtual uint64 absoluteOffset() const = 0;

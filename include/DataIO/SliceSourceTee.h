@@ -2,6 +2,7 @@
 // A SliceSource that shows every byte passing through it, read or skipped, to a SliceSink.
 
 #include "DataIO/SliceReader.h"
+#include "Templates/AutoPtr.h"
 
 namespace Vellum
 {
@@ -26,7 +27,7 @@ private:
     SliceSourceTee & operator=(SliceSourceTee const &) = delete;
 
     struct Impl;
-    Impl * impl_;
+    Templates::auto_ptr<Impl> impl_;
 };
 } // namespace DataIO
 } // namespace Vellum

@@ -4,6 +4,7 @@
 
 #include "Platform/MallocAlloc.h"
 #include "Platform/Types.h"
+#include "Templates/AutoPtr.h"
 #include "Templates/Containers.h"
 
 namespace Vellum
@@ -37,7 +38,7 @@ public:
 
 private:
     struct Impl;
-    Impl * impl_;
+    Templates::auto_ptr<Impl> impl_;
 };
 
 #define VELLUM_DECLARE_EXCEPTION(Name, Code)                                                     \
@@ -118,7 +119,7 @@ public:
 
 private:
     struct DataImpl;
-    DataImpl * data_;
+    Templates::auto_ptr<DataImpl> data_;
 };
 
 namespace Detail

@@ -4,6 +4,7 @@
 
 #include "IndexTables/IndexTableSegmentEntry.h"
 #include "Platform/Types.h"
+#include "Templates/AutoPtr.h"
 
 namespace Vellum
 {
@@ -39,7 +40,7 @@ public:
 
 private:
     struct Impl;
-    Impl * impl_;
+    Templates::auto_ptr<Impl> impl_;
 };
 } // namespace IndexTables
 } // namespace Vellum

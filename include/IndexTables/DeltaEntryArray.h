@@ -6,6 +6,7 @@
 #include "IndexTables/DeltaEntry.h"
 #include "Platform/MallocAlloc.h"
 #include "Platform/Types.h"
+#include "Templates/AutoPtr.h"
 #include "Templates/Containers.h"
 
 namespace Vellum
@@ -49,7 +50,7 @@ public:
 
 private:
     struct Impl;
-    Impl * impl_;
+    Templates::auto_ptr<Impl> impl_;
 };
 } // namespace IndexTables
 } // namespace Vellum

@@ -6,6 +6,7 @@
 
 #include "IndexTables/IndexTableSegmentEntry.h"
 #include "Platform/Types.h"
+#include "Templates/AutoPtr.h"
 #include "Templates/Rational.h"
 
 namespace Vellum
@@ -86,7 +87,7 @@ public:
 
 private:
     struct Impl;
-    Impl * impl_;
+    Templates::auto_ptr<Impl> impl_;
 };
 } // namespace IndexTables
 } // namespace Vellum

@@ -7,6 +7,7 @@
 #include "IndexTables/IndexEntry.h"
 #include "Platform/MallocAlloc.h"
 #include "Platform/Types.h"
+#include "Templates/AutoPtr.h"
 #include "Templates/Containers.h"
 
 namespace Vellum
@@ -51,7 +52,7 @@ public:
 
 private:
     struct Impl;
-    Impl * impl_;
+    Templates::auto_ptr<Impl> impl_;
 };
 } // namespace IndexTables
 } // namespace Vellum

@@ -15,7 +15,7 @@ class IndexTable
 {
 public:
     VELLUM_CLASS_ALLOCATION
-    typedef Templates::map<int64, IndexTableSegment *> Segments;
+    typedef Templates::map<int64, Templates::auto_ptr<IndexTableSegment>> Segments;
     // Over (start position, segment) pairs in the order of the start positions.
     typedef Segments::const_iterator SegmentIterator;
 
@@ -47,7 +47,7 @@ public:
 
 private:
     struct Impl;
-    Impl * impl_;
+    Templates::auto_ptr<Impl> impl_;
 };
 } // namespace IndexTables
 } // namespace Vellum

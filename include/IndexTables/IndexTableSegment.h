@@ -8,6 +8,7 @@
 #include "IndexTables/IndexTableSegmentListener.h"
 #include "Platform/MallocAlloc.h"
 #include "Platform/Types.h"
+#include "Templates/AutoPtr.h"
 #include "Templates/Containers.h"
 #include "Templates/SharedPtr.h"
 #include "Types/Integers.h"
@@ -122,7 +123,7 @@ public:
 
 private:
     struct Impl;
-    Impl * impl_;
+    Templates::auto_ptr<Impl> impl_;
 };
 } // namespace IndexTables
 } // namespace Vellum

@@ -15,6 +15,7 @@
 
 #include "IndexTables/IndexTableSegment.h"
 #include "Platform/MallocAlloc.h"
+#include "Templates/AutoPtr.h"
 #include "Templates/Containers.h"
 
 namespace Vellum
@@ -83,7 +84,7 @@ public:
 
 private:
     struct Impl;
-    Impl * gopImpl_;
+    Templates::auto_ptr<Impl> gopImpl_;
 };
 } // namespace IndexTables
 } // namespace Vellum

@@ -5,6 +5,7 @@
 
 #include "Platform/MallocAlloc.h"
 #include "Platform/Types.h"
+#include "Templates/AutoPtr.h"
 #include "Templates/Containers.h"
 #include "Types/StringRepresentationEncodingType.h"
 
@@ -50,7 +51,7 @@ public:
 
 private:
     struct Impl;
-    Impl * impl_;
+    Templates::auto_ptr<Impl> impl_;
 };
 
 // Byte by byte; `<` orders by unsigned bytes.

@@ -5,6 +5,7 @@
 #include "DataIO/DataSource.h"
 #include "KLV/Key.h"
 #include "KLV/Value.h"
+#include "Templates/AutoPtr.h"
 
 namespace Vellum
 {
@@ -36,7 +37,7 @@ public:
 
 private:
     struct Impl;
-    Impl * impl_;
+    Templates::auto_ptr<Impl> impl_;
 };
 } // namespace KLV
 } // namespace Vellum

@@ -3,6 +3,7 @@
 // Nothing is copied; reading a value reads the source.
 
 #include "DataIO/DataSource.h"
+#include "Templates/AutoPtr.h"
 
 namespace Vellum
 {
@@ -36,7 +37,7 @@ public:
 
 private:
     struct Impl;
-    Impl * impl_;
+    Templates::auto_ptr<Impl> impl_;
 };
 } // namespace KLV
 } // namespace Vellum

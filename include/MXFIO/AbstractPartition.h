@@ -14,7 +14,10 @@ class AbstractPartition
 {
 public:
     VELLUM_CLASS_ALLOCATION
+    AbstractPartition() = default;
     virtual ~AbstractPartition() {}
+    AbstractPartition(AbstractPartition const &) = delete;
+    AbstractPartition & operator=(AbstractPartition const &) = delete;
     virtual Templates::SharedPtr<Metadata::PartitionMetadata> metadata() = 0;
     virtual Packs::PartitionPack const & partitionPack() const = 0;
     virtual bool partitionEnded() const = 0;

@@ -92,7 +92,7 @@ public:
 
 private:
     struct Impl;
-    Impl * impl_;
+    Templates::auto_ptr<Impl> impl_;
 };
 } // namespace MXFIO
 } // namespace Vellum

@@ -12,6 +12,7 @@
 #include "MXFIO/EssenceConversions.h"
 #include "MXFIO/SystemItemKLVPacketListener.h"
 #include "Platform/MallocAlloc.h"
+#include "Templates/AutoPtr.h"
 #include "Templates/Containers.h"
 #include "Templates/Rational.h"
 #include "Templates/SharedPtr.h"
@@ -74,7 +75,7 @@ public:
 
 private:
     struct Impl;
-    Impl * impl_;
+    Templates::auto_ptr<Impl> impl_;
 };
 } // namespace MXFIO
 } // namespace Vellum

@@ -6,6 +6,7 @@
 #include "Platform/MallocAlloc.h"
 #include "Platform/Synchronization.h"
 #include "Platform/Types.h"
+#include "Templates/AutoPtr.h"
 #include "Templates/Containers.h"
 #include "Templates/SharedPtr.h"
 
@@ -24,7 +25,10 @@ class IndexTableProvider
 public:
     VELLUM_CLASS_ALLOCATION
 
+    IndexTableProvider() = default;
     virtual ~IndexTableProvider() {}
+    IndexTableProvider(IndexTableProvider const &) = delete;
+    IndexTableProvider & operator=(IndexTableProvider const &) = delete;
     // The segment covering the edit unit; empty when none is known.
     virtual IndexTableSegmentPtr segment(int64 editUnit) = 0;
     virtual void addSegment(IndexTableSegmentPtr segment) = 0;
@@ -57,14 +61,14 @@ public:
 
 private:
     struct Impl;
-    Impl * impl_;
+    Templates::auto_ptr<Impl> impl_;
 };
 
 class IndexTableProviderBase : public IndexTableProvider
 {
 public:
     // Takes the cache; a null makes an IndexTableCompleteCache.
-    explicit IndexTableProviderBase(IndexTableCache * cache = nullptr);
+    explicit IndexTableProviderBase(Templates::auto_ptr<IndexTableCache> cache = Templates::auto_ptr<IndexTableCache>());
     ~IndexTableProviderBase() override;
     IndexTableProviderBase(IndexTableProviderBase const &) = delete;
     IndexTableProviderBase & operator=(IndexTableProviderBase const &) = delete;
@@ -81,7 +85,7 @@ protected:
     IndexTableSegmentPtr parsePartition(Partition & partition, int64 editUnit, bool & anySegment, int64 & firstStart);
 
 private:
-    IndexTableCache * cache_;
+    Templates::auto_ptr<IndexTableCache> cache_;
 };
 
 class IndexTableNullProvider : public IndexTableProviderBase
@@ -130,7 +134,7 @@ protected:
 
 private:
     struct Impl;
-    Impl * impl_;
+    Templates::auto_ptr<Impl> impl_;
 };
 
 // For a file still being written: searches the partitions the reader sees now, under a lock.
@@ -145,7 +149,7 @@ protected:
 
 private:
     struct Impl;
-    Impl * impl_;
+    Templates::auto_ptr<Impl> impl_;
 };
 } // namespace MXFIO
 } // namespace Vellum

@@ -1,7 +1,6 @@
 #pragma once
 // One partition of a file met by a Reader. It serves its header metadata, its index table
-// segments and its body packets on demand. Copies share the state of the original; the Reader
-// owns the objects it hands out.
+// segments and its body packets on demand. The Reader owns the objects it hands out.
 #include "KLV/Packet.h"
 #include "MXFIO/AbstractPartition.h"
 #include "MXFIO/PartitionListener.h"
@@ -19,8 +18,6 @@ public:
     VELLUM_CLASS_ALLOCATION
     Partition(Reader & reader, Templates::auto_ptr<Packs::PartitionPack> pack, uint64 partitionOffset,
               uint64 metadataOffset, uint64 keySearchLimit);
-    Partition(Partition const & other);
-    Partition & operator=(Partition const & other);
     ~Partition() override;
 
     Templates::SharedPtr<Metadata::PartitionMetadata> metadata() override;
@@ -43,7 +40,7 @@ public:
     struct Impl;
 
 private:
-    Impl * impl_;
+    Templates::auto_ptr<Impl> impl_;
 };
 } // namespace MXFIO
 } // namespace Vellum

@@ -4,6 +4,7 @@
 
 #include "Platform/MallocAlloc.h"
 #include "Platform/Types.h"
+#include "Templates/AutoPtr.h"
 #include "Templates/Containers.h"
 
 namespace Vellum
@@ -19,7 +20,10 @@ class PartitionProvider
 public:
     VELLUM_CLASS_ALLOCATION
 
+    PartitionProvider() = default;
     virtual ~PartitionProvider() {}
+    PartitionProvider(PartitionProvider const &) = delete;
+    PartitionProvider & operator=(PartitionProvider const &) = delete;
     // The partition whose essence holds the stream offset; editUnit is a hint (negative when
     // unknown). Null when no partition holds it.
     virtual Partition * partition(uint64 streamOffset, int64 editUnit) = 0;
@@ -60,7 +64,7 @@ protected:
 
 private:
     struct Impl;
-    Impl * impl_;
+    Templates::auto_ptr<Impl> impl_;
 };
 
 class EstimatePartitionProvider : public BaseRandomPartitionProvider
@@ -75,7 +79,7 @@ protected:
 
 private:
     struct Impl;
-    Impl * impl_;
+    Templates::auto_ptr<Impl> impl_;
 };
 
 class FixedEditUnitCountPartitionProvider : public BaseRandomPartitionProvider
@@ -101,7 +105,7 @@ public:
 
 private:
     struct Impl;
-    Impl * impl_;
+    Templates::auto_ptr<Impl> impl_;
 };
 } // namespace MXFIO
 } // namespace Vellum

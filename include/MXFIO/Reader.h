@@ -58,7 +58,7 @@ protected:
 private:
     friend class Partition;
     struct Impl;
-    Impl * impl_;
+    Templates::auto_ptr<Impl> impl_;
 };
 } // namespace MXFIO
 } // namespace Vellum

@@ -7,6 +7,7 @@
 #include "MetaMetadata/MetaElement.h"
 #include "MetaMetadata/MetaMetadataSet.h"
 #include "MetaMetadata/UniversalLabelMap.h"
+#include "Templates/AutoPtr.h"
 #include "Templates/Containers.h"
 #include "Types/LocalTag.h"
 #include "Types/UniversalLabel.h"
@@ -21,7 +22,7 @@ public:
     VELLUM_CLASS_ALLOCATION
     typedef Templates::map<Types::LocalTag, Types::UniversalLabel> LocalTagToLabel;
     typedef Templates::map<Types::UniversalLabel, Types::LocalTag> LabelToLocalTag;
-    typedef Templates::map<Types::UniversalLabel, MetaElement *> LabelToMetaElement;
+    typedef Templates::map<Types::UniversalLabel, Templates::auto_ptr<MetaElement>> LabelToMetaElement;
     typedef Templates::map<KLV::Key, MetaMetadataSet> KeyToMetaMetadataSet;
 
     // An empty dictionary.
@@ -59,11 +60,11 @@ public:
     KeyToMetaMetadataSet::const_iterator metaMetadataSetEnd() const;
 
 private:
-    Dictionary(Dictionary const &);
-    Dictionary & operator=(Dictionary const &);
+    Dictionary(Dictionary const &) = delete;
+    Dictionary & operator=(Dictionary const &) = delete;
 
     struct Impl;
-    Impl * impl_;
+    Templates::auto_ptr<Impl> impl_;
 };
 } // namespace MetaMetadata
 } // namespace Vellum

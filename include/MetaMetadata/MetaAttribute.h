@@ -43,7 +43,7 @@ private:
     MetaAttribute & operator=(MetaAttribute const &) = delete;
 
     struct Impl;
-    Impl * impl_;
+    Templates::auto_ptr<Impl> impl_;
 };
 
 // Same element object, same status, a tag equal to the left one's if the left has one, equal

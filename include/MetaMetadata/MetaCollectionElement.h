@@ -2,6 +2,7 @@
 // The description of an array or a batch: how many members, and of which type.
 
 #include "MetaMetadata/MetaElement.h"
+#include "Templates/AutoPtr.h"
 
 namespace Vellum
 {
@@ -39,7 +40,7 @@ public:
 
 private:
     struct Impl;
-    Impl * impl_;
+    Templates::auto_ptr<Impl> impl_;
 };
 
 bool operator==(MetaCollectionElement::CollectionSizeLimits const & a,

@@ -3,6 +3,7 @@
 
 #include "MetaMetadata/MetaElementVisitor.h"
 #include "MetaMetadata/PropertyMap.h"
+#include "Templates/AutoPtr.h"
 #include "Types/Identifiers.h"
 
 namespace Vellum
@@ -31,7 +32,7 @@ public:
 
 private:
     struct Impl;
-    Impl * impl_;
+    Templates::auto_ptr<Impl> impl_;
 };
 
 // Same dataType, same label, equal properties.

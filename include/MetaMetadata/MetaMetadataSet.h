@@ -6,6 +6,7 @@
 #include "KLV/Key.h"
 #include "MetaMetadata/MetaAttribute.h"
 #include "MetaMetadata/PropertyMap.h"
+#include "Templates/AutoPtr.h"
 #include "Templates/SharedPtr.h"
 #include "Types/UniversalLabel.h"
 
@@ -40,7 +41,7 @@ public:
 
 private:
     struct Impl;
-    Impl * impl_;
+    Templates::auto_ptr<Impl> impl_;
 };
 
 // Equal keys, as many attributes, pairwise equal attributes, equal properties.

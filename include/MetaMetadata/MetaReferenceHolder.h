@@ -3,6 +3,7 @@
 
 #include "KLV/Key.h"
 #include "Platform/MallocAlloc.h"
+#include "Templates/AutoPtr.h"
 #include "Templates/Containers.h"
 
 namespace Vellum
@@ -32,7 +33,7 @@ public:
 
 private:
     struct Impl;
-    Impl * impl_;
+    Templates::auto_ptr<Impl> impl_;
 };
 
 // The same keys in the same order.

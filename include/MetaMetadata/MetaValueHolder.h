@@ -2,6 +2,7 @@
 // The permitted values of a simple element or collection, if the schema lists any.
 
 #include "Platform/MallocAlloc.h"
+#include "Templates/AutoPtr.h"
 #include "Templates/Containers.h"
 
 namespace Vellum
@@ -31,7 +32,7 @@ public:
 
 private:
     struct Impl;
-    Impl * impl_;
+    Templates::auto_ptr<Impl> impl_;
 };
 
 // Holders are alike whatever their lists: the enumeration is not compared.

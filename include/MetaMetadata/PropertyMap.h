@@ -2,6 +2,7 @@
 // Free annotations of a schema object: 16-bit text keys to 16-bit text values, ordered by key.
 
 #include "Platform/MallocAlloc.h"
+#include "Templates/AutoPtr.h"
 #include "Templates/Containers.h"
 
 namespace Vellum
@@ -33,7 +34,7 @@ public:
 
 private:
     struct Impl;
-    Impl * impl_;
+    Templates::auto_ptr<Impl> impl_;
 };
 
 // Same size and, in order, equal pairs.

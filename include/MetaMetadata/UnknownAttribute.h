@@ -2,6 +2,7 @@
 // A local tag read from a file that could not be tied to any element, and why.
 
 #include "MetaMetadata/AbstractMetaAttribute.h"
+#include "Templates/AutoPtr.h"
 
 namespace Vellum
 {
@@ -39,7 +40,7 @@ public:
 
 private:
     struct Impl;
-    Impl * impl_;
+    Templates::auto_ptr<Impl> impl_;
 };
 
 // The same tag and reason.

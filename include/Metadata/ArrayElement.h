@@ -3,6 +3,7 @@
 
 #include "Metadata/CollectionElement.h"
 #include "Metadata/ValueHolder.h"
+#include "Templates/AutoPtr.h"
 
 namespace Vellum
 {
@@ -48,7 +49,7 @@ private:
 
     typedef CollectionElement_impl<ArrayElement, Types::Array> Impl;
     friend struct CollectionElement_impl<ArrayElement, Types::Array>;
-    Impl * impl_;
+    Templates::auto_ptr<Impl> impl_;
 };
 } // namespace Metadata
 } // namespace Vellum

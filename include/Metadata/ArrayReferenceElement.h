@@ -3,6 +3,7 @@
 
 #include "Metadata/CollectionReferenceElement.h"
 #include "Metadata/ReferenceHolder.h"
+#include "Templates/AutoPtr.h"
 
 namespace Vellum
 {
@@ -53,7 +54,7 @@ private:
 
     typedef CollectionElement_impl<ArrayReferenceElement, Types::Array> Impl;
     friend struct CollectionElement_impl<ArrayReferenceElement, Types::Array>;
-    Impl * impl_;
+    Templates::auto_ptr<Impl> impl_;
 };
 } // namespace Metadata
 } // namespace Vellum

@@ -3,6 +3,7 @@
 
 #include "Metadata/CollectionElement.h"
 #include "Metadata/ValueHolder.h"
+#include "Templates/AutoPtr.h"
 
 namespace Vellum
 {
@@ -46,7 +47,7 @@ private:
 
     typedef CollectionElement_impl<BatchElement, Types::Batch> Impl;
     friend struct CollectionElement_impl<BatchElement, Types::Batch>;
-    Impl * impl_;
+    Templates::auto_ptr<Impl> impl_;
 };
 } // namespace Metadata
 } // namespace Vellum

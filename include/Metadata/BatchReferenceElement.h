@@ -3,6 +3,7 @@
 
 #include "Metadata/CollectionReferenceElement.h"
 #include "Metadata/ReferenceHolder.h"
+#include "Templates/AutoPtr.h"
 
 namespace Vellum
 {
@@ -49,7 +50,7 @@ private:
 
     typedef CollectionElement_impl<BatchReferenceElement, Types::Batch> Impl;
     friend struct CollectionElement_impl<BatchReferenceElement, Types::Batch>;
-    Impl * impl_;
+    Templates::auto_ptr<Impl> impl_;
 };
 } // namespace Metadata
 } // namespace Vellum

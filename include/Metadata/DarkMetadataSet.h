@@ -53,7 +53,7 @@ private:
     DarkMetadataSet & operator=(DarkMetadataSet const &) = delete;
 
     struct Impl;
-    Impl * impl_;
+    Templates::auto_ptr<Impl> impl_;
 };
 } // namespace Metadata
 } // namespace Vellum

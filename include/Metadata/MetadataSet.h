@@ -133,7 +133,7 @@ private:
     MetadataSet & operator=(MetadataSet const &) = delete;
 
     struct Impl;
-    Impl * impl_;
+    Templates::auto_ptr<Impl> impl_;
 };
 } // namespace Metadata
 } // namespace Vellum

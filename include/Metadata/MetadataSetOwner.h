@@ -30,7 +30,10 @@ class MetadataSetOwner
 {
 public:
     VELLUM_CLASS_ALLOCATION
+    MetadataSetOwner() = default;
     virtual ~MetadataSetOwner() {}
+    MetadataSetOwner(MetadataSetOwner const &) = delete;
+    MetadataSetOwner & operator=(MetadataSetOwner const &) = delete;
 
     // The element description is null for an element of an UnknownAttribute.
     // An element got a value where it had none.

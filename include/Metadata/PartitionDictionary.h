@@ -53,7 +53,7 @@ private:
     PartitionDictionary & operator=(PartitionDictionary const &) = delete;
 
     struct Impl;
-    Impl * impl_;
+    Templates::auto_ptr<Impl> impl_;
 };
 } // namespace Metadata
 } // namespace Vellum

@@ -161,11 +161,11 @@ public:
     void metadataSetCloned(MetadataSet const & source, MetadataSet & clone, bool deep) override;
 
 private:
-    PartitionMetadata(PartitionMetadata const &);
-    PartitionMetadata & operator=(PartitionMetadata const &);
+    PartitionMetadata(PartitionMetadata const &) = delete;
+    PartitionMetadata & operator=(PartitionMetadata const &) = delete;
 
     struct Impl;
-    Impl * impl_;
+    Templates::auto_ptr<Impl> impl_;
 };
 
 // The status that a partition pack should carry for this metadata: complete when no element

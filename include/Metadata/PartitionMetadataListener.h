@@ -33,7 +33,10 @@ class PartitionMetadataListener
 {
 public:
     VELLUM_CLASS_ALLOCATION
+    PartitionMetadataListener() = default;
     virtual ~PartitionMetadataListener() {}
+    PartitionMetadataListener(PartitionMetadataListener const &) = delete;
+    PartitionMetadataListener & operator=(PartitionMetadataListener const &) = delete;
 
     // Sees the key of each set that is loaded or created, and may change it.
     virtual void metadataSetKey(KLV::Key & key) = 0;

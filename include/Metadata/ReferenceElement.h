@@ -3,6 +3,7 @@
 
 #include "Metadata/Element.h"
 #include "Metadata/ReferenceHolder.h"
+#include "Templates/AutoPtr.h"
 
 namespace Vellum
 {
@@ -48,7 +49,7 @@ private:
 
     typedef SimpleElement_impl<ReferenceElement, Types::Reference> Impl;
     friend struct SimpleElement_impl<ReferenceElement, Types::Reference>;
-    Impl * impl_;
+    Templates::auto_ptr<Impl> impl_;
 };
 } // namespace Metadata
 } // namespace Vellum

@@ -3,6 +3,7 @@
 
 #include "Metadata/Element.h"
 #include "Metadata/ValueHolder.h"
+#include "Templates/AutoPtr.h"
 
 namespace Vellum
 {
@@ -42,7 +43,7 @@ private:
 
     typedef SimpleElement_impl<SimpleElement, Types::SimpleDataType> Impl;
     friend struct SimpleElement_impl<SimpleElement, Types::SimpleDataType>;
-    Impl * impl_;
+    Templates::auto_ptr<Impl> impl_;
 };
 } // namespace Metadata
 } // namespace Vellum

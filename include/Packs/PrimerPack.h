@@ -3,6 +3,7 @@
 
 #include "DataIO/DataSink.h"
 #include "KLV/Key.h"
+#include "Templates/AutoPtr.h"
 #include "Templates/Containers.h"
 #include "Types/LocalTag.h"
 #include "Types/UniversalLabel.h"
@@ -56,7 +57,7 @@ public:
 
 private:
     struct Impl;
-    Impl * impl_;
+    Templates::auto_ptr<Impl> impl_;
 };
 
 bool isPrimerPack(KLV::Key const & key);

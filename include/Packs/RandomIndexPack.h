@@ -3,6 +3,7 @@
 
 #include "DataIO/DataSink.h"
 #include "KLV/Key.h"
+#include "Templates/AutoPtr.h"
 #include "Templates/Containers.h"
 
 namespace Vellum
@@ -47,7 +48,7 @@ public:
 
 private:
     struct Impl;
-    Impl * impl_;
+    Templates::auto_ptr<Impl> impl_;
 };
 
 bool isRandomIndexPack(KLV::Key const & key);

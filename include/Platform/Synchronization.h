@@ -2,6 +2,7 @@
 // Locks and atomic counts.
 
 #include "Platform/MallocAlloc.h"
+#include "Templates/AutoPtr.h"
 
 namespace Vellum
 {
@@ -41,7 +42,7 @@ private:
     void lock();
     void unlock();
     struct CriticalSection;
-    CriticalSection * section_;
+    Templates::auto_ptr<CriticalSection> section_;
 };
 
 class ScopedLock

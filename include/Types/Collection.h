@@ -57,7 +57,7 @@ protected:
 
 private:
     struct Impl;
-    Impl * impl_;
+    Templates::auto_ptr<Impl> impl_;
 };
 
 // The ordered collection.

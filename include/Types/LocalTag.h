@@ -54,7 +54,7 @@ public:
 
 private:
     struct Impl;
-    Impl * impl_;
+    Templates::auto_ptr<Impl> impl_;
 };
 
 bool operator==(LocalTag const & a, LocalTag const & b);

@@ -53,7 +53,7 @@ public:
 
 private:
     struct Impl;
-    Impl * impl_;
+    Templates::auto_ptr<Impl> impl_;
 };
 
 class WeakReference : public Reference
@@ -92,7 +92,7 @@ public:
 
 private:
     struct Impl;
-    Impl * impl_;
+    Templates::auto_ptr<Impl> impl_;
 };
 
 bool operator==(StrongReference const & a, StrongReference const & b);

@@ -47,7 +47,7 @@ public:
 
 private:
     struct Impl;
-    Impl * impl_;
+    Templates::auto_ptr<Impl> impl_;
 };
 
 class UMID64 : public UID
@@ -81,7 +81,7 @@ public:
 
 private:
     struct Impl;
-    Impl * impl_;
+    Templates::auto_ptr<Impl> impl_;
 };
 
 bool operator==(UMID32 const & a, UMID32 const & b);

@@ -52,7 +52,7 @@ private:
     friend class StrongReference;
     friend class WeakReference;
     struct Impl;
-    Impl * impl_;
+    Templates::auto_ptr<Impl> impl_;
 };
 
 bool operator==(UUID const & a, UUID const & b);

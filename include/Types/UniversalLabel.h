@@ -49,7 +49,7 @@ public:
 
 private:
     struct Impl;
-    Impl * impl_;
+    Templates::auto_ptr<Impl> impl_;
 };
 
 bool operator==(UniversalLabel const & a, UniversalLabel const & b);

@@ -20,4 +20,4 @@ public:                                                                         
                                                                                                   \
 private:                                                                                          \
     struct Impl;                                                                                  \
-    Impl * impl_;
+    ::Vellum::Templates::auto_ptr<Impl> impl_;

@@ -6,6 +6,7 @@
 
 #include "Platform/MallocAlloc.h"
 #include "Platform/Types.h"
+#include "Templates/AutoPtr.h"
 #include "Templates/Containers.h"
 
 namespace Vellum
@@ -63,7 +64,7 @@ private:
                   bool dropFrame, bool fieldPhase) const;
     void assignFromCounter(int64 frameCounter);
 
-    Impl * impl_;
+    Templates::auto_ptr<Impl> impl_;
 };
 
 // Two undefined time codes are equal; otherwise hours, minutes, seconds, frames and drop frame
@@ -111,7 +112,7 @@ public:
 
 private:
     struct ExtendedImpl;
-    ExtendedImpl * extended_;
+    Templates::auto_ptr<ExtendedImpl> extended_;
 };
 
 bool operator==(TimeCodeExtended::BinaryGroups const & a, TimeCodeExtended::BinaryGroups const & b);

@@ -2,6 +2,8 @@
 // What the two entry arrays of a segment share: owning a vector of entries, reading the array
 // header, and reading the entries behind it.
 
+#include <utility>
+
 #include "DataIO/DataSink.h"
 #include "Exceptions/Exceptions.h"
 #include "KLV/Value.h"
@@ -25,7 +27,7 @@ public:
     OwnedEntries(OwnedEntries const & other)
     {
         entries.reserve(other.entries.size());
-        for (Entry const * entry : other.entries)
+        for (Templates::auto_ptr<Entry> const & entry : other.entries)
             append(*entry);
     }
     OwnedEntries & operator=(OwnedEntries const &) = delete;
@@ -34,10 +36,7 @@ public:
     void clear()
     {
         while (!entries.empty())
-        {
-            delete entries.back();
             entries.pop_back();
-        }
     }
     void swap(OwnedEntries & other) { entries.swap(other.entries); }
 
@@ -45,17 +44,12 @@ public:
     void insert(unsigned int position, Entry const & entry)
     {
         Templates::auto_ptr<Entry> copy(new Entry(entry));
-        entries.insert(entries.begin() + position, copy.get());
-        copy.release();
+        entries.insert(entries.begin() + position, std::move(copy));
     }
     void append(Entry const & entry) { insert(static_cast<unsigned int>(entries.size()), entry); }
-    void remove(unsigned int position)
-    {
-        delete entries[position];
-        entries.erase(entries.begin() + position);
-    }
+    void remove(unsigned int position) { entries.erase(entries.begin() + position); }
 
-    Templates::vector<Entry *> entries;
+    Templates::vector<Templates::auto_ptr<Entry>> entries;
 };
 
 struct ArrayHeader
@@ -97,8 +91,7 @@ void readEntries(KLV::Value & value, ArrayHeader const & header, unsigned minimu
         {
             entryFailed(nullptr, __FILE__, __LINE__);
         }
-        out.entries.push_back(entry.get());
-        entry.release();
+        out.entries.push_back(std::move(entry));
     }
 }
 } // namespace Detail

@@ -19,23 +19,23 @@ namespace IdentifierSupport
 // Reads the identifier's bytes from the value; a short value throws InvalidLength and leaves
 // nothing behind.
 template <class Impl>
-Impl * fromValue(KLV::Value & value)
+Templates::auto_ptr<Impl> fromValue(KLV::Value & value)
 {
     unsigned char bytes[Impl::SIZE];
     value.readValue(bytes, Impl::SIZE);
-    return new Impl(bytes);
+    return Templates::auto_ptr<Impl>(new Impl(bytes));
 }
 
 // Reads the identifier from text in the form `kind`; on failure nothing is left behind.
 template <class Impl>
-Impl * fromText(unsigned short const * text, StringRepresentationEncodingType kind)
+Templates::auto_ptr<Impl> fromText(unsigned short const * text, StringRepresentationEncodingType kind)
 {
     Templates::auto_ptr<Impl> impl(new Impl);
     if (kind == Dotted)
         impl->loadFromStringDotted(text);
     else
         impl->loadFromString(text, kind);
-    return impl.release();
+    return impl;
 }
 
 template <class Impl>

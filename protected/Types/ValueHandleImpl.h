@@ -40,7 +40,7 @@ struct FixedBytes
             *impl_ = *other.impl_;                                                                \
         return *this;                                                                             \
     }                                                                                             \
-    Name::~Name() { delete impl_; }                                                               \
+    Name::~Name() = default;                                                                      \
     unsigned char const * Name::rawBuffer() const { return impl_->rawBuffer(); }                  \
     unsigned short Name::serializedSize() const { return impl_->size(); }                         \
     ::Vellum::Templates::auto_ptr<::Vellum::Types::SimpleDataType> Name::clone() const            \

@@ -34,10 +34,7 @@ BitSliceReader::BitSliceReader(Templates::SharedPtr<SliceSource> source)
 {
 }
 
-BitSliceReader::~BitSliceReader()
-{
-    delete bits_;
-}
+BitSliceReader::~BitSliceReader() = default;
 
 bool BitSliceReader::discardEmulationPreventionByte(unsigned char)
 {

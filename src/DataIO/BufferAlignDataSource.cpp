@@ -119,10 +119,7 @@ BufferAlignDataSource::BufferAlignDataSource(RandomAccessDataSource & source, un
 {
 }
 
-BufferAlignDataSource::~BufferAlignDataSource()
-{
-    delete impl_;
-}
+BufferAlignDataSource::~BufferAlignDataSource() = default;
 
 uint64 BufferAlignDataSource::absoluteOffset() const
 {

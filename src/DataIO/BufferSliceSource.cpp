@@ -18,10 +18,7 @@ struct BufferSliceSource::Impl
 
 BufferSliceSource::BufferSliceSource() : impl_(new Impl) {}
 
-BufferSliceSource::~BufferSliceSource()
-{
-    delete impl_;
-}
+BufferSliceSource::~BufferSliceSource() = default;
 
 void BufferSliceSource::write(Templates::auto_ptr<Slice> slice)
 {

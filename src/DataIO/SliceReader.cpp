@@ -27,10 +27,7 @@ Templates::auto_ptr<Slice> emptySlice()
 
 SliceReader::SliceReader(Templates::SharedPtr<SliceSource> source) : impl_(new Impl(source)) {}
 
-SliceReader::~SliceReader()
-{
-    delete impl_;
-}
+SliceReader::~SliceReader() = default;
 
 SliceSource & SliceReader::source() const
 {

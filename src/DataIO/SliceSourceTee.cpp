@@ -20,10 +20,7 @@ SliceSourceTee::SliceSourceTee(Templates::SharedPtr<SliceSource> source, SliceSi
 {
 }
 
-SliceSourceTee::~SliceSourceTee()
-{
-    delete impl_;
-}
+SliceSourceTee::~SliceSourceTee() = default;
 
 Templates::auto_ptr<Slice> SliceSourceTee::read(uint64 size)
 {

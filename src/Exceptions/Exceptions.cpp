@@ -76,17 +76,12 @@ BaseException & BaseException::operator=(BaseException const & other)
 {
     if (this != &other)
     {
-        Impl * copy = new Impl(*other.impl_);
-        delete impl_;
-        impl_ = copy;
+        impl_.reset(new Impl(*other.impl_));
     }
     return *this;
 }
 
-BaseException::~BaseException()
-{
-    delete impl_;
-}
+BaseException::~BaseException() = default;
 
 unsigned short const * BaseException::message() const
 {
@@ -174,17 +169,12 @@ InvalidLength & InvalidLength::operator=(InvalidLength const & other)
     if (this != &other)
     {
         BaseException::operator=(other);
-        DataImpl * copy = new DataImpl(*other.data_);
-        delete data_;
-        data_ = copy;
+        data_.reset(new DataImpl(*other.data_));
     }
     return *this;
 }
 
-InvalidLength::~InvalidLength()
-{
-    delete data_;
-}
+InvalidLength::~InvalidLength() = default;
 
 unsigned char const * InvalidLength::readData() const
 {

@@ -25,15 +25,7 @@ DeltaEntry::DeltaEntry(signed char posTableIndex, unsigned char slice, unsigned 
 
 DeltaEntry::DeltaEntry(KLV::Value & value) : impl_(new Impl)
 {
-    try
-    {
-        value.readValue(impl_->bytes, SIZE);
-    }
-    catch (...)
-    {
-        delete impl_;
-        throw;
-    }
+    value.readValue(impl_->bytes, SIZE);
 }
 
 DeltaEntry::DeltaEntry(DeltaEntry const & other) : IndexTableSegmentEntry(other), impl_(new Impl(*other.impl_)) {}
@@ -44,7 +36,7 @@ DeltaEntry & DeltaEntry::operator=(DeltaEntry const & other)
     return *this;
 }
 
-DeltaEntry::~DeltaEntry() { delete impl_; }
+DeltaEntry::~DeltaEntry() = default;
 
 void DeltaEntry::serialize(DataIO::DataSink & sink) const { sink.write(impl_->bytes, SIZE); }
 

@@ -33,18 +33,10 @@ DeltaEntryArray::DeltaEntryArray() : impl_(new Impl)
 
 DeltaEntryArray::DeltaEntryArray(KLV::Value & value) : impl_(new Impl)
 {
-    try
-    {
-        Detail::ArrayHeader header = Detail::readArrayHeader(value);
-        Detail::readEntries(value, header, DeltaEntry::SIZE, impl_->entries, &readDeltaEntry);
-        // The entries were read by their own layout: an array that has some is of their size.
-        impl_->elementSize = header.count == 0 ? header.elementSize : static_cast<uint32>(DeltaEntry::SIZE);
-    }
-    catch (...)
-    {
-        delete impl_;
-        throw;
-    }
+    Detail::ArrayHeader header = Detail::readArrayHeader(value);
+    Detail::readEntries(value, header, DeltaEntry::SIZE, impl_->entries, &readDeltaEntry);
+    // The entries were read by their own layout: an array that has some is of their size.
+    impl_->elementSize = header.count == 0 ? header.elementSize : static_cast<uint32>(DeltaEntry::SIZE);
 }
 
 DeltaEntryArray::DeltaEntryArray(DeltaEntryArray const & other) : impl_(new Impl(*other.impl_)) {}
@@ -60,7 +52,7 @@ DeltaEntryArray & DeltaEntryArray::operator=(DeltaEntryArray const & other)
     return *this;
 }
 
-DeltaEntryArray::~DeltaEntryArray() { delete impl_; }
+DeltaEntryArray::~DeltaEntryArray() = default;
 
 uint64 DeltaEntryArray::serializedSize() const
 {
@@ -70,7 +62,7 @@ uint64 DeltaEntryArray::serializedSize() const
 void DeltaEntryArray::serialize(DataIO::DataSink & sink) const
 {
     Detail::writeArrayHeader(sink, impl_->entries.entries.size(), impl_->elementSize);
-    for (DeltaEntry const * entry : impl_->entries.entries)
+    for (Templates::auto_ptr<DeltaEntry> const & entry : impl_->entries.entries)
         entry->serialize(sink);
 }
 

@@ -64,26 +64,18 @@ IndexEntry::IndexEntry(signed char temporalOffset, signed char keyFrameOffset, b
 
 IndexEntry::IndexEntry(KLV::Value & value, unsigned char sliceCount, unsigned char posTableCount) : impl_(new Impl)
 {
-    try
-    {
-        unsigned char bytes[MAXIMUM_ENTRY_SIZE];
-        unsigned size = FIXED_SIZE + 4u * sliceCount + 8u * posTableCount;
-        value.readValue(bytes, size);
-        std::memcpy(impl_->fixed, bytes, FIXED_SIZE);
-        unsigned char const * p = bytes + FIXED_SIZE;
-        impl_->sliceOffsets.reserve(sliceCount);
-        for (unsigned i = 0; i < sliceCount; ++i, p += 4)
-            impl_->sliceOffsets.push_back(Types::WireOrder::load<uint32>(p));
-        impl_->posTable.reserve(posTableCount);
-        for (unsigned i = 0; i < posTableCount; ++i, p += 8)
-            impl_->posTable.push_back(
-                Impl::RawRational(Types::WireOrder::load<int32>(p), Types::WireOrder::load<int32>(p + 4)));
-    }
-    catch (...)
-    {
-        delete impl_;
-        throw;
-    }
+    unsigned char bytes[MAXIMUM_ENTRY_SIZE];
+    unsigned size = FIXED_SIZE + 4u * sliceCount + 8u * posTableCount;
+    value.readValue(bytes, size);
+    std::memcpy(impl_->fixed, bytes, FIXED_SIZE);
+    unsigned char const * p = bytes + FIXED_SIZE;
+    impl_->sliceOffsets.reserve(sliceCount);
+    for (unsigned i = 0; i < sliceCount; ++i, p += 4)
+        impl_->sliceOffsets.push_back(Types::WireOrder::load<uint32>(p));
+    impl_->posTable.reserve(posTableCount);
+    for (unsigned i = 0; i < posTableCount; ++i, p += 8)
+        impl_->posTable.push_back(
+            Impl::RawRational(Types::WireOrder::load<int32>(p), Types::WireOrder::load<int32>(p + 4)));
 }
 
 IndexEntry::IndexEntry(IndexEntry const & other) : IndexTableSegmentEntry(other), impl_(new Impl(*other.impl_)) {}
@@ -100,7 +92,7 @@ IndexEntry & IndexEntry::operator=(IndexEntry const & other)
     return *this;
 }
 
-IndexEntry::~IndexEntry() { delete impl_; }
+IndexEntry::~IndexEntry() = default;
 
 void IndexEntry::serialize(DataIO::DataSink & sink) const
 {

@@ -31,21 +31,13 @@ IndexEntryArray::IndexEntryArray(unsigned char sliceCount, unsigned char posTabl
 IndexEntryArray::IndexEntryArray(KLV::Value & value, unsigned char sliceCount, unsigned char posTableCount)
     : impl_(new Impl)
 {
-    try
-    {
-        uint32 layoutSize = entrySize(sliceCount, posTableCount);
-        Detail::ArrayHeader header = Detail::readArrayHeader(value);
-        Detail::readEntries(value, header, layoutSize, impl_->entries, [=](KLV::Value & v) {
-            return Templates::auto_ptr<IndexEntry>(new IndexEntry(v, sliceCount, posTableCount));
-        });
-        // The entries were read by their own layout: an array that has some is of their size.
-        impl_->elementSize = header.count == 0 ? header.elementSize : layoutSize;
-    }
-    catch (...)
-    {
-        delete impl_;
-        throw;
-    }
+    uint32 layoutSize = entrySize(sliceCount, posTableCount);
+    Detail::ArrayHeader header = Detail::readArrayHeader(value);
+    Detail::readEntries(value, header, layoutSize, impl_->entries, [=](KLV::Value & v) {
+        return Templates::auto_ptr<IndexEntry>(new IndexEntry(v, sliceCount, posTableCount));
+    });
+    // The entries were read by their own layout: an array that has some is of their size.
+    impl_->elementSize = header.count == 0 ? header.elementSize : layoutSize;
 }
 
 IndexEntryArray::IndexEntryArray(IndexEntryArray const & other) : impl_(new Impl(*other.impl_)) {}
@@ -61,7 +53,7 @@ IndexEntryArray & IndexEntryArray::operator=(IndexEntryArray const & other)
     return *this;
 }
 
-IndexEntryArray::~IndexEntryArray() { delete impl_; }
+IndexEntryArray::~IndexEntryArray() = default;
 
 uint64 IndexEntryArray::serializedSize() const
 {
@@ -71,7 +63,7 @@ uint64 IndexEntryArray::serializedSize() const
 void IndexEntryArray::serialize(DataIO::DataSink & sink) const
 {
     Detail::writeArrayHeader(sink, impl_->entries.entries.size(), impl_->elementSize);
-    for (IndexEntry const * entry : impl_->entries.entries)
+    for (Templates::auto_ptr<IndexEntry> const & entry : impl_->entries.entries)
         entry->serialize(sink);
 }
 

@@ -1,5 +1,7 @@
 #include "IndexTables/IndexTable.h"
 
+#include <utility>
+
 #include "Exceptions/Exceptions.h"
 
 namespace Vellum
@@ -30,12 +32,6 @@ struct IndexTable::Impl
     VELLUM_CLASS_ALLOCATION
 
     Impl(unsigned int index, unsigned int body) : indexSID(index), bodySID(body) {}
-
-    ~Impl()
-    {
-        for (Segments::value_type & entry : segments)
-            delete entry.second;
-    }
 
     // A closed segment that reaches past the start of the segment behind it.
     bool overlapsSuccessor(Segments::const_iterator at) const
@@ -83,7 +79,7 @@ struct IndexTable::Impl
 
 IndexTable::IndexTable(unsigned int indexSID, unsigned int bodySID) : impl_(new Impl(indexSID, bodySID)) {}
 
-IndexTable::~IndexTable() { delete impl_; }
+IndexTable::~IndexTable() = default;
 
 unsigned int IndexTable::indexSID() const { return impl_->indexSID; }
 
@@ -105,22 +101,18 @@ void IndexTable::add(Templates::auto_ptr<IndexTableSegment> segment, bool replac
     {
         at = d.segments.find(start);
         if (at != d.segments.end())
-        {
-            delete at->second;
-            at->second = segment.release();
-        }
+            at->second = std::move(segment);
         else
-            at = d.segments.insert(Segments::value_type(start, segment.get())).first;
+            at = d.segments.insert(Segments::value_type(start, std::move(segment))).first;
     }
     else
     {
         // Segments come in order as a file is read: the end is the likely place.
         std::size_t before = d.segments.size();
-        at = d.segments.insert(d.segments.end(), Segments::value_type(start, segment.get()));
+        at = d.segments.emplace_hint(d.segments.end(), start, std::move(segment));
         if (d.segments.size() == before)
             return; // the position is taken; the segment is dropped
     }
-    segment.release();
 
     if (durationOf(*at->second) == 0)
         d.openStarts.insert(start);
@@ -146,13 +138,13 @@ IndexTableSegment const * IndexTable::find(int64 editUnit) const
         return d.walk(candidate, editUnit);
 
     if (covers(*candidate->second, editUnit))
-        return candidate->second;
+        return candidate->second.get();
     // No closed segment in front reaches this far: only an open one can answer.
     Templates::set<int64>::const_iterator open = d.openStarts.lower_bound(candidate->first);
     if (open == d.openStarts.begin())
         return nullptr;
     --open;
-    return d.segments.find(*open)->second;
+    return d.segments.find(*open)->second.get();
 }
 
 unsigned int IndexTable::size() const { return static_cast<unsigned int>(impl_->segments.size()); }

@@ -213,10 +213,10 @@ IndexTableSegment::IndexTableSegment(KLV::Packet & packet, IndexTableSegmentList
                                             __FILE__, __LINE__);
         }
     }
-    impl_ = impl.release();
+    impl_ = std::move(impl);
 }
 
-IndexTableSegment::~IndexTableSegment() { delete impl_; }
+IndexTableSegment::~IndexTableSegment() = default;
 
 KLV::Key const & IndexTableSegment::key()
 {

@@ -147,18 +147,10 @@ bool complete(IndexTableSegmentWithGOPInfo const * segment)
 IndexTableSegmentWithGOPInfo::IndexTableSegmentWithGOPInfo(KLV::Packet & packet, IndexTableSegmentListener * listener)
     : IndexTableSegment(packet, listener), gopImpl_(new Impl)
 {
-    try
-    {
-        gopImpl_->compute(*this);
-    }
-    catch (...)
-    {
-        delete gopImpl_;
-        throw;
-    }
+    gopImpl_->compute(*this);
 }
 
-IndexTableSegmentWithGOPInfo::~IndexTableSegmentWithGOPInfo() { delete gopImpl_; }
+IndexTableSegmentWithGOPInfo::~IndexTableSegmentWithGOPInfo() = default;
 
 GOPInfo const & IndexTableSegmentWithGOPInfo::gopInfo(unsigned int index) const
 {

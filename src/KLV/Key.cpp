@@ -48,23 +48,15 @@ Key::Key(Value & value) : impl_(nullptr)
 {
     unsigned char bytes[SIZE];
     value.readValue(bytes, SIZE);
-    impl_ = new Impl(bytes);
+    impl_.reset(new Impl(bytes));
 }
 
 Key::Key(unsigned short const * text, Types::StringRepresentationEncodingType kind) : impl_(new Impl)
 {
-    try
-    {
-        if (kind == Types::Dotted)
-            impl_->loadFromStringDotted(text);
-        else
-            impl_->loadFromString(text, kind);
-    }
-    catch (...)
-    {
-        delete impl_;
-        throw;
-    }
+    if (kind == Types::Dotted)
+        impl_->loadFromStringDotted(text);
+    else
+        impl_->loadFromString(text, kind);
 }
 
 Key::Key(Key const & other) : impl_(new Impl(other.impl_->value_)) {}
@@ -75,10 +67,7 @@ Key & Key::operator=(Key const & other)
     return *this;
 }
 
-Key::~Key()
-{
-    delete impl_;
-}
+Key::~Key() = default;
 
 unsigned char Key::lengthFieldLength() const
 {

@@ -25,10 +25,7 @@ Packet::Packet(Key const & key, unsigned char berLength, uint64 length, DataIO::
 {
 }
 
-Packet::~Packet()
-{
-    delete impl_;
-}
+Packet::~Packet() = default;
 
 Key const & Packet::key() const
 {

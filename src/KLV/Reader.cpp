@@ -139,10 +139,7 @@ struct Reader::Impl
 
 Reader::Reader(DataIO::DataSource & source) : impl_(new Impl(source)) {}
 
-Reader::~Reader()
-{
-    delete impl_;
-}
+Reader::~Reader() = default;
 
 Templates::auto_ptr<Packet> Reader::nextKLV(uint64 & bytesSkipped, uint64 maximumToSkip)
 {

@@ -25,15 +25,7 @@ Value::Value(DataIO::DataSource & source, uint64 length) : impl_(new Impl)
 {
     impl_->source = &source;
     impl_->length = length;
-    try
-    {
-        impl_->startOffset = source.absoluteOffset();
-    }
-    catch (...)
-    {
-        delete impl_;
-        throw;
-    }
+    impl_->startOffset = source.absoluteOffset();
 }
 
 Value::~Value()
@@ -47,7 +39,6 @@ Value::~Value()
     catch (...)
     {
     }
-    delete impl_;
 }
 
 uint64 Value::absoluteOffset() const

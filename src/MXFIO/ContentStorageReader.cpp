@@ -545,13 +545,10 @@ ContentStorageReader::ContentStorageReader(Reader & reader,
                                    impl->editUnitByteCount, impl->containerSize, impl->duration));
     impl->readFirstContentPackage();
     impl->seeker_->elements(impl->elementNumbers);
-    impl_ = impl.release();
+    impl_ = std::move(impl);
 }
 
-ContentStorageReader::~ContentStorageReader()
-{
-    delete impl_;
-}
+ContentStorageReader::~ContentStorageReader() = default;
 
 bool ContentStorageReader::seek(int64 editUnit)
 {

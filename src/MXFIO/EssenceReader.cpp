@@ -83,14 +83,9 @@ struct EssenceReader::Impl
     {
         VELLUM_CLASS_ALLOCATION
 
-        typedef Templates::map<int64, ElementReader *> Clips;
+        typedef Templates::map<int64, Templates::auto_ptr<ElementReader>> Clips;
 
         Track() : position(0), trackID(0), track(0), total(0), nextStart(0), container(0), exhausted(false) {}
-        ~Track()
-        {
-            for (Clips::iterator it = clips.begin(); it != clips.end(); ++it)
-                delete it->second;
-        }
 
         Time position;
         Templates::Rational<int> editRate;
@@ -117,12 +112,11 @@ struct EssenceReader::Impl
     {
     }
 
+    // The clip readers go before the containers they read from.
     ~Impl()
     {
-        for (size_t i = 0; i < tracks_.size(); ++i)
-            delete tracks_[i];
-        for (size_t i = 0; i < containerOrder_.size(); ++i)
-            delete containerOrder_[i];
+        tracks_.clear();
+        containerOrder_.clear();
     }
 
     ContentStorageReader & containerReader(EssenceContainerData & data)
@@ -144,8 +138,8 @@ struct EssenceReader::Impl
             made.reset(new ContentStorageReader(reader_, data, true, sequential_, profile_));
             openDuration_ = true;
         }
-        containerOrder_.push_back(made.get());
-        ContentStorageReader * result = made.release();
+        ContentStorageReader * result = made.get();
+        containerOrder_.push_back(std::move(made));
         containers_[&data] = result;
         return *result;
     }
@@ -219,7 +213,7 @@ struct EssenceReader::Impl
             return;
         if (record.container == 0)
             record.container = &container;
-        record.clips[record.nextStart] = element.release();
+        record.clips[record.nextStart] = std::move(element);
         record.nextStart += duration < 1 ? 1 : duration;
         if (duration > 0)
             record.total += duration;
@@ -254,17 +248,17 @@ struct EssenceReader::Impl
             Time period(rate.denominator(), rate.numerator());
             if (masterEditPeriod_ == 0 || period < masterEditPeriod_)
                 masterEditPeriod_ = period;
-            tracks_.push_back(record.release());
+            tracks_.push_back(std::move(record));
         }
         // The master comes first: the track with the shortest edit period.
-        std::stable_sort(tracks_.begin(), tracks_.end(), [](Track const * a, Track const * b) {
+        std::stable_sort(tracks_.begin(), tracks_.end(), [](Templates::auto_ptr<Track> const & a, Templates::auto_ptr<Track> const & b) {
             return Time(a->editRate.denominator(), a->editRate.numerator()) <
                    Time(b->editRate.denominator(), b->editRate.numerator());
         });
         master_ = 0;
         for (size_t i = 0; i < tracks_.size(); ++i)
         {
-            ElementReader * first = tracks_[i]->clips.begin()->second;
+            ElementReader * first = tracks_[i]->clips.begin()->second.get();
             uint32 number = first->trackNumber();
             if (elements_.find(elementNumber(number)) == elements_.end())
                 elements_[elementNumber(number)] = static_cast<unsigned int>(i);
@@ -356,7 +350,7 @@ struct EssenceReader::Impl
             Track * chosen = 0;
             for (size_t i = 0; i < tracks_.size(); ++i)
             {
-                Track * track = tracks_[i];
+                Track * track = tracks_[i].get();
                 if (!track->exhausted && (chosen == 0 || track->position < chosen->position))
                     chosen = track;
             }
@@ -427,7 +421,7 @@ struct EssenceReader::Impl
 
     Reader & reader_;
     ContentStorage * contentStorage_;
-    Templates::vector<Track *> tracks_;
+    Templates::vector<Templates::auto_ptr<Track>> tracks_;
     Templates::map<uint32, unsigned int> elements_;
     Templates::map<KLV::Key, unsigned int> keys_;
     Time position_;
@@ -444,7 +438,7 @@ struct EssenceReader::Impl
     bool growing_;
     bool sequential_;
     // The containers in the order they were first met; the map above finds them.
-    Templates::vector<ContentStorageReader *> containerOrder_;
+    Templates::vector<Templates::auto_ptr<ContentStorageReader>> containerOrder_;
     Templates::set<uint32> dataElements_;
 };
 
@@ -453,19 +447,11 @@ EssenceReader::EssenceReader(Reader & reader, Metadata::Structural::Preface & pr
                              Templates::SharedPtr<ContentStorageProfile> profile)
     : impl_(new Impl(reader, preface, package, growing, sequential, profile))
 {
-    try
-    {
-        impl_->build();
-        impl_->rewind();
-    }
-    catch (...)
-    {
-        delete impl_;
-        throw;
-    }
+    impl_->build();
+    impl_->rewind();
 }
 
-EssenceReader::~EssenceReader() { delete impl_; }
+EssenceReader::~EssenceReader() = default;
 
 Templates::Rational<int64> EssenceReader::duration() const
 {

@@ -1,5 +1,7 @@
 #include "MXFIO/IndexTableProvider.h"
 
+#include <utility>
+
 #include "Exceptions/Exceptions.h"
 #include "KLV/Packet.h"
 #include "MXFIO/Partition.h"
@@ -125,7 +127,7 @@ struct IndexTableCompleteCache::Impl
 
 IndexTableCompleteCache::IndexTableCompleteCache() : impl_(new Impl) {}
 
-IndexTableCompleteCache::~IndexTableCompleteCache() { delete impl_; }
+IndexTableCompleteCache::~IndexTableCompleteCache() = default;
 
 IndexTableSegmentPtr IndexTableCompleteCache::segment(int64 editUnit) { return impl_->find(editUnit); }
 
@@ -186,12 +188,13 @@ bool IndexTableCompleteCache::empty() const { return impl_->segments.empty(); }
 // ---------------------------------------------------------------------------------------------
 // IndexTableProviderBase
 
-IndexTableProviderBase::IndexTableProviderBase(IndexTableCache * cache)
-    : cache_(cache != nullptr ? cache : new IndexTableCompleteCache)
+IndexTableProviderBase::IndexTableProviderBase(Templates::auto_ptr<IndexTableCache> cache) : cache_(std::move(cache))
 {
+    if (!cache_)
+        cache_.reset(new IndexTableCompleteCache);
 }
 
-IndexTableProviderBase::~IndexTableProviderBase() { delete cache_; }
+IndexTableProviderBase::~IndexTableProviderBase() = default;
 
 IndexTableSegmentPtr IndexTableProviderBase::segment(int64 editUnit)
 {
@@ -429,10 +432,10 @@ IndexTablePositionEstimateProvider::IndexTablePositionEstimateProvider(Reader2 &
             impl->offsets.push_back(it->first);
     }
     impl->record.resize(impl->offsets.size());
-    impl_ = impl.release();
+    impl_ = std::move(impl);
 }
 
-IndexTablePositionEstimateProvider::~IndexTablePositionEstimateProvider() { delete impl_; }
+IndexTablePositionEstimateProvider::~IndexTablePositionEstimateProvider() = default;
 
 IndexTableSegmentPtr IndexTablePositionEstimateProvider::fetchSegment(int64 editUnit)
 {
@@ -501,7 +504,7 @@ IndexTableStreamingProvider::IndexTableStreamingProvider(Reader & reader, unsign
 {
 }
 
-IndexTableStreamingProvider::~IndexTableStreamingProvider() { delete impl_; }
+IndexTableStreamingProvider::~IndexTableStreamingProvider() = default;
 
 IndexTableSegmentPtr IndexTableStreamingProvider::fetchSegment(int64 editUnit)
 {

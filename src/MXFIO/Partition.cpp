@@ -41,12 +41,11 @@ struct Partition::Impl
     Impl(Partition * o, Reader & r, Templates::auto_ptr<Packs::PartitionPack> p, uint64 offset, uint64 metadataOffset,
          uint64 limit)
         : owner(o), reader(&r), reader2(dynamic_cast<Reader2 *>(&r)), klvReader(&r.klvReader()),
-          source(&r.source()), dictionary(r.dictionary()), pack(p.release()), keySearchLimit(limit),
+          source(&r.source()), dictionary(r.dictionary()), pack(std::move(p)), keySearchLimit(limit),
           packLength(metadataOffset - offset), partitionOffset(offset), state(Initial),
           legacyIndexKey(legacyIndexKeyBytes)
     {
     }
-    ~Impl() { delete pack; }
 
     uint64 metadataOffset() const { return partitionOffset + packLength; }
     uint64 indexOffset() const { return metadataOffset() + pack->headerByteCount(); }
@@ -60,7 +59,7 @@ struct Partition::Impl
     KLV::Reader * klvReader;
     DataIO::RandomAccessDataSource * source;
     Templates::SharedPtr<MetaMetadata::Dictionary> dictionary;
-    Packs::PartitionPack * pack;
+    Templates::auto_ptr<Packs::PartitionPack> pack;
     uint64 keySearchLimit;
     uint64 packLength;
     uint64 partitionOffset;
@@ -150,18 +149,7 @@ Partition::Partition(Reader & reader, Templates::auto_ptr<Packs::PartitionPack> 
 {
 }
 
-Partition::Partition(Partition const & other) : AbstractPartition(other), impl_(other.impl_) {}
-
-Partition & Partition::operator=(Partition const & other)
-{
-    impl_ = other.impl_;
-    return *this;
-}
-
-Partition::~Partition()
-{
-    delete impl_;
-}
+Partition::~Partition() = default;
 
 Templates::SharedPtr<Metadata::PartitionMetadata> Partition::metadata()
 {

@@ -42,28 +42,20 @@ struct BaseRandomPartitionProvider::Impl
 BaseRandomPartitionProvider::BaseRandomPartitionProvider(Reader2 & reader, unsigned int bodySID)
     : impl_(new Impl(reader, bodySID))
 {
-    try
+    if (reader.rip().get() == nullptr)
+        reader.loadRipFromFooter();
+    Templates::SharedPtr<Packs::RandomIndexPack> rip = reader.rip();
+    if (rip.get() != nullptr)
     {
-        if (reader.rip().get() == nullptr)
-            reader.loadRipFromFooter();
-        Templates::SharedPtr<Packs::RandomIndexPack> rip = reader.rip();
-        if (rip.get() != nullptr)
-        {
-            Packs::RandomIndexPack::OffsetIndexedMap const & offsets = rip->offsetIndexedMap();
-            for (Packs::RandomIndexPack::OffsetIndexedMap::const_iterator it = offsets.begin(); it != offsets.end();
-                 ++it)
-                if (it->second == bodySID)
-                    impl_->partitionOffsets.push_back(it->first);
-        }
-    }
-    catch (...)
-    {
-        delete impl_;
-        throw;
+        Packs::RandomIndexPack::OffsetIndexedMap const & offsets = rip->offsetIndexedMap();
+        for (Packs::RandomIndexPack::OffsetIndexedMap::const_iterator it = offsets.begin(); it != offsets.end();
+             ++it)
+            if (it->second == bodySID)
+                impl_->partitionOffsets.push_back(it->first);
     }
 }
 
-BaseRandomPartitionProvider::~BaseRandomPartitionProvider() { delete impl_; }
+BaseRandomPartitionProvider::~BaseRandomPartitionProvider() = default;
 
 Templates::vector<uint64> const & BaseRandomPartitionProvider::partitionOffsets() const
 {
@@ -134,32 +126,24 @@ struct EstimatePartitionProvider::Impl
 EstimatePartitionProvider::EstimatePartitionProvider(Reader2 & reader, unsigned int bodySID)
     : BaseRandomPartitionProvider(reader, bodySID), impl_(new Impl)
 {
-    try
-    {
-        Templates::vector<uint64> const & table = partitionOffsets();
-        THROW_UNLESS_TEXT(NotFound, table.size() > 1, "partitionOffsets_.size () > 1",
-                          "No partition for this bodySID was found in RIP.");
-        // The first partition and the last but one, reached back from the last, start the average;
-        // the last may be short.
-        Partition * first = reader.partitionAtOffset(table.front());
-        THROW_UNLESS_TEXT(InvalidFormat, first != nullptr && first->partitionPack().thisPartition() == table.front(),
-                          "partition != 0", "Unable to find a partition in an offset indicated in RIP.");
-        partitionRead(*first);
-        Partition * lastOne = reader.partitionAtOffset(table.back());
-        THROW_UNLESS_TEXT(InvalidFormat, lastOne != nullptr && lastOne->partitionPack().thisPartition() == table.back(),
-                          "partition != 0", "Unable to find a partition in an offset indicated in RIP.");
-        Partition * lastButOne = reader.previousPartition(lastOne, bodySID);
-        if (lastButOne != nullptr)
-            partitionRead(*lastButOne);
-    }
-    catch (...)
-    {
-        delete impl_;
-        throw;
-    }
+    Templates::vector<uint64> const & table = partitionOffsets();
+    THROW_UNLESS_TEXT(NotFound, table.size() > 1, "partitionOffsets_.size () > 1",
+                      "No partition for this bodySID was found in RIP.");
+    // The first partition and the last but one, reached back from the last, start the average;
+    // the last may be short.
+    Partition * first = reader.partitionAtOffset(table.front());
+    THROW_UNLESS_TEXT(InvalidFormat, first != nullptr && first->partitionPack().thisPartition() == table.front(),
+                      "partition != 0", "Unable to find a partition in an offset indicated in RIP.");
+    partitionRead(*first);
+    Partition * lastOne = reader.partitionAtOffset(table.back());
+    THROW_UNLESS_TEXT(InvalidFormat, lastOne != nullptr && lastOne->partitionPack().thisPartition() == table.back(),
+                      "partition != 0", "Unable to find a partition in an offset indicated in RIP.");
+    Partition * lastButOne = reader.previousPartition(lastOne, bodySID);
+    if (lastButOne != nullptr)
+        partitionRead(*lastButOne);
 }
 
-EstimatePartitionProvider::~EstimatePartitionProvider() { delete impl_; }
+EstimatePartitionProvider::~EstimatePartitionProvider() = default;
 
 uint64 EstimatePartitionProvider::guessIndex(uint64 streamOffset, int64)
 {
@@ -235,7 +219,7 @@ StreamingPartitionProvider::StreamingPartitionProvider(Reader & reader, unsigned
 {
 }
 
-StreamingPartitionProvider::~StreamingPartitionProvider() { delete impl_; }
+StreamingPartitionProvider::~StreamingPartitionProvider() = default;
 
 Partition * StreamingPartitionProvider::partition(uint64 streamOffset, int64)
 {

@@ -24,8 +24,6 @@ struct Reader::Impl
     ~Impl()
     {
         runInValue.reset();
-        for (Partitions::iterator it = partitions.begin(); it != partitions.end(); ++it)
-            delete it->second;
     }
 
     // Reads the pack of `packet`, steps over one fill item behind it and files the partition,
@@ -52,13 +50,13 @@ struct Reader::Impl
         }
         Partitions::iterator found = partitions.find(offset);
         if (found != partitions.end())
-            return found->second;
-        Partition * partition = new Partition(*owner, std::move(pack), offset, metadataOffset, keySearchLimit);
-        partitions.insert(Partitions::value_type(offset, partition));
-        return partition;
+            return found->second.get();
+        Templates::auto_ptr<Partition> partition(
+            new Partition(*owner, std::move(pack), offset, metadataOffset, keySearchLimit));
+        return partitions.insert(Partitions::value_type(offset, std::move(partition))).first->second.get();
     }
 
-    typedef Templates::map<uint64, Partition *> Partitions;
+    typedef Templates::map<uint64, Templates::auto_ptr<Partition>> Partitions;
 
     Reader * owner;
     DataIO::RandomAccessDataSource & source;
@@ -79,10 +77,7 @@ Reader::Reader(DataIO::RandomAccessDataSource & source, Templates::SharedPtr<Met
 {
 }
 
-Reader::~Reader()
-{
-    delete impl_;
-}
+Reader::~Reader() = default;
 
 DataIO::RandomAccessDataSource & Reader::source()
 {
@@ -115,7 +110,7 @@ Partition * Reader::find(uint64 offset)
     if (it == impl_->partitions.begin())
         return nullptr;
     --it;
-    return it->second;
+    return it->second.get();
 }
 
 Partition * Reader::readPartition(uint64 limit, bool unlimited, uint64 & bytesSkipped, bool & essenceSeen)
@@ -250,7 +245,7 @@ Partition * Reader::nextPartition(Partition * current)
         ++it;
         if (it != impl_->partitions.end() &&
             it->second->partitionPack().previousPartition() + impl_->runInLength == offset)
-            return it->second;
+            return it->second.get();
     }
     positionSource(current);
     uint64 skipped = 0;
@@ -276,7 +271,7 @@ Partition * Reader::previousPartition(Partition * current)
     Impl::Partitions::iterator it = impl_->partitions.find(p + impl_->runInLength);
     if (it != impl_->partitions.end())
     {
-        previous = it->second;
+        previous = it->second.get();
     }
     else
     {
@@ -349,7 +344,7 @@ Partition * Reader::lastLoadedPartition()
 {
     if (impl_->partitions.empty())
         return nullptr;
-    return impl_->partitions.rbegin()->second;
+    return impl_->partitions.rbegin()->second.get();
 }
 
 Partition * Reader::firstPartitionWithFinalMetadata()

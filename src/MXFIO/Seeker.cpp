@@ -119,10 +119,7 @@ Seeker::Seeker(DataIO::RandomAccessDataSource & source, Templates::auto_ptr<Inde
 {
 }
 
-Seeker::~Seeker()
-{
-    delete impl_;
-}
+Seeker::~Seeker() = default;
 
 IndexTableProvider & Seeker::indexProvider()
 {

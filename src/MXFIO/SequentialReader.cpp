@@ -52,7 +52,7 @@ SequentialReader::SequentialReader(SequentialReader const & other)
 {
 }
 
-SequentialReader::~SequentialReader() { delete impl_; }
+SequentialReader::~SequentialReader() = default;
 
 bool SequentialReader::next(uint64 keySearchLimit)
 {

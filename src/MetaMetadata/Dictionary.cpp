@@ -1,5 +1,7 @@
 #include "MetaMetadata/Dictionary.h"
 
+#include <utility>
+
 #include "Exceptions/Exceptions.h"
 
 namespace Vellum
@@ -9,12 +11,6 @@ namespace MetaMetadata
 struct Dictionary::Impl
 {
     VELLUM_CLASS_ALLOCATION
-    ~Impl()
-    {
-        for (LabelToMetaElement::iterator i = elements.begin(); i != elements.end(); ++i)
-            delete i->second;
-    }
-
     LocalTagToLabel tagToLabel;
     LabelToLocalTag labelToTag;
     LabelToMetaElement elements;
@@ -57,7 +53,7 @@ bool hasProperty(PropertyMap const & object, unsigned short const * name, Proper
 
 Dictionary::Dictionary() : LocalTagMap(), UniversalLabelMap(), impl_(new Impl) {}
 
-Dictionary::~Dictionary() { delete impl_; }
+Dictionary::~Dictionary() = default;
 
 void Dictionary::add(Types::LocalTag const & tag, Types::UniversalLabel const & label)
 {
@@ -83,18 +79,14 @@ void Dictionary::add(Types::UniversalLabel const & label, Templates::auto_ptr<Me
 {
     LabelToMetaElement::iterator at = impl_->elements.lower_bound(label);
     if (at != impl_->elements.end() && !(label < at->first))
-    {
-        delete at->second;
         impl_->elements.erase(at++);
-    }
-    impl_->elements.insert(at, LabelToMetaElement::value_type(label, element.get()));
-    element.release();
+    impl_->elements.insert(at, LabelToMetaElement::value_type(label, std::move(element)));
 }
 
 MetaElement const * Dictionary::findMetaElement(Types::UniversalLabel const & label) const
 {
     LabelToMetaElement::const_iterator found = impl_->elements.find(label);
-    return found == impl_->elements.end() ? nullptr : found->second;
+    return found == impl_->elements.end() ? nullptr : found->second.get();
 }
 
 Templates::vector<MetaMetadataSet const *> Dictionary::findMetaMetadataSetProperty(unsigned short const * name,
@@ -115,7 +107,7 @@ Templates::vector<MetaElement const *> Dictionary::findMetaElementProperty(unsig
     Templates::vector<MetaElement const *> found;
     for (LabelToMetaElement::const_iterator i = impl_->elements.begin(); i != impl_->elements.end(); ++i)
         if (hasProperty(*i->second, name, wanted))
-            found.push_back(i->second);
+            found.push_back(i->second.get());
     return found;
 }
 

@@ -17,21 +17,16 @@ struct MetaAttribute::Impl
 {
     VELLUM_CLASS_ALLOCATION
     Impl(MetaElement const * e, AttributeRequiredStatus::Status s, Types::LocalTag const * t)
-        : element(e), requiredStatus(s), distinguishedValue(nullptr), staticLocalTag(t ? new Types::LocalTag(*t) : nullptr)
+        : element(e), requiredStatus(s), staticLocalTag(t ? new Types::LocalTag(*t) : nullptr)
     {
-    }
-    ~Impl()
-    {
-        delete distinguishedValue;
-        delete staticLocalTag;
     }
     Impl(Impl const &) = delete;
     Impl & operator=(Impl const &) = delete;
 
     MetaElement const * element;
     AttributeRequiredStatus::Status requiredStatus;
-    Types::BaseType const * distinguishedValue;
-    Types::LocalTag const * staticLocalTag;
+    Templates::auto_ptr<Types::BaseType const> distinguishedValue;
+    Templates::auto_ptr<Types::LocalTag const> staticLocalTag;
 };
 
 MetaAttribute::MetaAttribute(MetaElement const & element, AttributeRequiredStatus::Status requiredStatus,
@@ -39,18 +34,18 @@ MetaAttribute::MetaAttribute(MetaElement const & element, AttributeRequiredStatu
                              Types::LocalTag const * staticLocalTag)
     : AbstractMetaAttribute(), PropertyMap(), impl_(new Impl(&element, requiredStatus, staticLocalTag))
 {
-    impl_->distinguishedValue = distinguishedValue.release();
+    impl_->distinguishedValue = std::move(distinguishedValue);
 }
 
-MetaAttribute::~MetaAttribute() { delete impl_; }
+MetaAttribute::~MetaAttribute() = default;
 
 MetaElement const & MetaAttribute::metaElement() const { return *impl_->element; }
 
 AttributeRequiredStatus::Status MetaAttribute::requiredStatus() const { return impl_->requiredStatus; }
 
-Types::BaseType const * MetaAttribute::getDistinguishedValue() const { return impl_->distinguishedValue; }
+Types::BaseType const * MetaAttribute::getDistinguishedValue() const { return impl_->distinguishedValue.get(); }
 
-Types::LocalTag const * MetaAttribute::staticLocalTag() const { return impl_->staticLocalTag; }
+Types::LocalTag const * MetaAttribute::staticLocalTag() const { return impl_->staticLocalTag.get(); }
 
 void MetaAttribute::accept(AbstractMetaAttributeVisitor & visitor) const { visitor.visit(*this); }
 
@@ -121,7 +116,7 @@ UnknownAttribute & UnknownAttribute::operator=(UnknownAttribute const & other)
     return *this;
 }
 
-UnknownAttribute::~UnknownAttribute() { delete impl_; }
+UnknownAttribute::~UnknownAttribute() = default;
 
 Types::LocalTag const & UnknownAttribute::localTag() const { return impl_->tag; }
 

@@ -76,7 +76,7 @@ MetaCollectionElement & MetaCollectionElement::operator=(MetaCollectionElement c
     return *this;
 }
 
-MetaCollectionElement::~MetaCollectionElement() { delete impl_; }
+MetaCollectionElement::~MetaCollectionElement() = default;
 
 MetaCollectionElement::CollectionSizeLimits MetaCollectionElement::collectionSizeLimits() const
 {

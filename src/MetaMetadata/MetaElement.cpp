@@ -38,7 +38,7 @@ MetaElement & MetaElement::operator=(MetaElement const & other)
     return *this;
 }
 
-MetaElement::~MetaElement() { delete impl_; }
+MetaElement::~MetaElement() = default;
 
 Types::UniversalLabel const & MetaElement::universalLabel() const { return impl_->label; }
 
@@ -75,7 +75,7 @@ MetaValueHolder & MetaValueHolder::operator=(MetaValueHolder const & other)
     return *this;
 }
 
-MetaValueHolder::~MetaValueHolder() { delete impl_; }
+MetaValueHolder::~MetaValueHolder() = default;
 
 MetaValueHolder::Enumeration MetaValueHolder::enumeration() const { return impl_->enumeration; }
 
@@ -109,7 +109,7 @@ MetaReferenceHolder & MetaReferenceHolder::operator=(MetaReferenceHolder const &
     return *this;
 }
 
-MetaReferenceHolder::~MetaReferenceHolder() { delete impl_; }
+MetaReferenceHolder::~MetaReferenceHolder() = default;
 
 void MetaReferenceHolder::addAllowedMetadataSet(KLV::Key const & key) { impl_->allowed.push_back(key); }
 

@@ -34,7 +34,7 @@ MetaMetadataSet & MetaMetadataSet::operator=(MetaMetadataSet const & other)
     return *this;
 }
 
-MetaMetadataSet::~MetaMetadataSet() { delete impl_; }
+MetaMetadataSet::~MetaMetadataSet() = default;
 
 KLV::Key const & MetaMetadataSet::key() const { return impl_->key; }
 

@@ -27,7 +27,7 @@ PropertyMap & PropertyMap::operator=(PropertyMap const & other)
     return *this;
 }
 
-PropertyMap::~PropertyMap() { delete impl_; }
+PropertyMap::~PropertyMap() = default;
 
 void PropertyMap::addProperty(unsigned short const * name, unsigned short const * value)
 {

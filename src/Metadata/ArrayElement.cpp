@@ -19,10 +19,7 @@ ArrayElement::ArrayElement(ArrayElement const & other, MetadataSet & set)
 {
 }
 
-ArrayElement::~ArrayElement()
-{
-    delete impl_;
-}
+ArrayElement::~ArrayElement() = default;
 
 int ArrayElement::size() const
 {

@@ -21,10 +21,7 @@ ArrayReferenceElement::ArrayReferenceElement(ArrayReferenceElement const & other
 {
 }
 
-ArrayReferenceElement::~ArrayReferenceElement()
-{
-    delete impl_;
-}
+ArrayReferenceElement::~ArrayReferenceElement() = default;
 
 int ArrayReferenceElement::size() const
 {

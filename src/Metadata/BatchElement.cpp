@@ -19,10 +19,7 @@ BatchElement::BatchElement(BatchElement const & other, MetadataSet & set)
 {
 }
 
-BatchElement::~BatchElement()
-{
-    delete impl_;
-}
+BatchElement::~BatchElement() = default;
 
 int BatchElement::size() const
 {

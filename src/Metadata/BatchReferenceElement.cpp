@@ -21,10 +21,7 @@ BatchReferenceElement::BatchReferenceElement(BatchReferenceElement const & other
 {
 }
 
-BatchReferenceElement::~BatchReferenceElement()
-{
-    delete impl_;
-}
+BatchReferenceElement::~BatchReferenceElement() = default;
 
 int BatchReferenceElement::size() const
 {

@@ -35,10 +35,7 @@ DarkMetadataSet::DarkMetadataSet(KLV::Key const & key, unsigned char berLength, 
 {
 }
 
-DarkMetadataSet::~DarkMetadataSet()
-{
-    delete impl_;
-}
+DarkMetadataSet::~DarkMetadataSet() = default;
 
 KLV::Key const & DarkMetadataSet::key() const
 {

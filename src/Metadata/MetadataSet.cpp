@@ -556,34 +556,23 @@ MetadataSet::MetadataSet(KLV::Key const & key, MetaMetadata::MetaMetadataSet con
 {
     if (metaMetadataSet == nullptr)
         return;
-    try
+    if (metaMetadataSet->key() != key)
+        VELLUM_THROW(InvalidMetadataSet, "MetadataSet Key and MetaMetadataSet do not agree");
+    for (MetaMetadata::MetaMetadataSet::const_iterator it = metaMetadataSet->metaAttributesBegin();
+         it != metaMetadataSet->metaAttributesEnd(); ++it)
     {
-        if (metaMetadataSet->key() != key)
-            VELLUM_THROW(InvalidMetadataSet, "MetadataSet Key and MetaMetadataSet do not agree");
-        for (MetaMetadata::MetaMetadataSet::const_iterator it = metaMetadataSet->metaAttributesBegin();
-             it != metaMetadataSet->metaAttributesEnd(); ++it)
-        {
-            Element * element = ElementFactory::create(it->second, *this);
-            if (element == nullptr)
-                continue;
-            Templates::auto_ptr<Element> guard(element);
-            // The attributes come in label order: each element goes in at the end.
-            impl_->elements.insert(impl_->elements.end(),
-                                   Elements::value_type(it->second->metaElement().universalLabel(), element));
-            guard.release();
-        }
-    }
-    catch (...)
-    {
-        delete impl_;
-        throw;
+        Element * element = ElementFactory::create(it->second, *this);
+        if (element == nullptr)
+            continue;
+        Templates::auto_ptr<Element> guard(element);
+        // The attributes come in label order: each element goes in at the end.
+        impl_->elements.insert(impl_->elements.end(),
+                               Elements::value_type(it->second->metaElement().universalLabel(), element));
+        guard.release();
     }
 }
 
-MetadataSet::~MetadataSet()
-{
-    delete impl_;
-}
+MetadataSet::~MetadataSet() = default;
 
 void MetadataSet::load(KLV::Packet & packet, PartitionDictionary const & dictionary, bool strictPrimer)
 {

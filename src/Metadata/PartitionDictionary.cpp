@@ -73,10 +73,7 @@ PartitionDictionary::PartitionDictionary(Templates::SharedPtr<MetaMetadata::Dict
 {
 }
 
-PartitionDictionary::~PartitionDictionary()
-{
-    delete impl_;
-}
+PartitionDictionary::~PartitionDictionary() = default;
 
 Templates::SharedPtr<MetaMetadata::Dictionary> PartitionDictionary::dictionary() const
 {

@@ -39,12 +39,12 @@ typedef Templates::set<ListenerPtr, ListenerLess> Listeners_t;
 struct PartitionMetadata::Impl
 {
     VELLUM_CLASS_ALLOCATION
-    explicit Impl(PartitionDictionary * partitionDictionary)
-        : dictionary(partitionDictionary), dirty(true), sizeWithoutDark(0), sizeWithDark(0)
+    explicit Impl(Templates::auto_ptr<PartitionDictionary> partitionDictionary)
+        : dictionary(std::move(partitionDictionary)), dirty(true), sizeWithoutDark(0), sizeWithDark(0)
     {
     }
 
-    PartitionDictionary * dictionary;
+    Templates::auto_ptr<PartitionDictionary> dictionary;
     MetadataSets sets;
     Templates::SharedPtr<Listeners::MetadataIndexListener> indexListener;
     Listeners_t listeners;
@@ -76,19 +76,11 @@ struct PartitionMetadata::Impl
     // pointers to the values, so they must be taken out before they die.
     void retire(MetadataSet * set)
     {
-        try
-        {
-            for (MetadataSet::iterator it = set->begin(); it != set->end(); ++it)
-                announceRemovedValue(*set, *it->second);
-            for (Element ** it = set->invalidBegin(); it != set->invalidEnd(); ++it)
-                announceRemovedValue(*set, **it);
-        }
-        catch (...)
-        {
-            delete set;
-            throw;
-        }
-        delete set;
+        Templates::auto_ptr<MetadataSet> doomed(set);
+        for (MetadataSet::iterator it = set->begin(); it != set->end(); ++it)
+            announceRemovedValue(*set, *it->second);
+        for (Element ** it = set->invalidBegin(); it != set->invalidEnd(); ++it)
+            announceRemovedValue(*set, **it);
     }
 
     void announceRemovedValue(MetadataSet & set, Element & element)
@@ -174,21 +166,11 @@ struct PartitionMetadata::Impl
 };
 
 PartitionMetadata::PartitionMetadata(Templates::auto_ptr<PartitionDictionary> dictionary)
-    : impl_(new Impl(dictionary.get()))
+    : impl_(new Impl(std::move(dictionary)))
 {
-    dictionary.release();
-    try
-    {
-        impl_->indexListener = Templates::SharedPtr<Listeners::MetadataIndexListener>(
-            new Listeners::DefaultMetadataIndexListener());
-        impl_->addListener(impl_->indexListener, false);
-    }
-    catch (...)
-    {
-        delete impl_->dictionary;
-        delete impl_;
-        throw;
-    }
+    impl_->indexListener = Templates::SharedPtr<Listeners::MetadataIndexListener>(
+        new Listeners::DefaultMetadataIndexListener());
+    impl_->addListener(impl_->indexListener, false);
 }
 
 PartitionMetadata::~PartitionMetadata()
@@ -202,8 +184,6 @@ PartitionMetadata::~PartitionMetadata()
     impl_->darkSets.clear();
     impl_->listeners.clear();
     impl_->indexListener.reset();
-    delete impl_->dictionary;
-    delete impl_;
 }
 
 MetadataSet * PartitionMetadata::load(KLV::Packet & packet)

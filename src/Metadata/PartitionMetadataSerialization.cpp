@@ -114,24 +114,12 @@ CollectionReferenceElement * referenceCollection(MetadataSet & set, Types::Unive
     }
 }
 
-typedef Templates::vector<Types::Reference *> ReferenceList;
+typedef Templates::vector<Templates::auto_ptr<Types::Reference>> ReferenceList;
 
-struct ReferenceListOwner
-{
-    ReferenceList references;
-    ~ReferenceListOwner()
-    {
-        for (ReferenceList::iterator it = references.begin(); it != references.end(); ++it)
-            delete *it;
-    }
-};
-
-Types::Reference * copyReference(Types::Reference const & reference)
+Templates::auto_ptr<Types::Reference> copyReference(Types::Reference const & reference)
 {
     Templates::auto_ptr<Types::SimpleDataType> copy = reference.clone();
-    Types::Reference * result = static_cast<Types::Reference *>(copy.get());
-    copy.release();
-    return result;
+    return Templates::auto_ptr<Types::Reference>(static_cast<Types::Reference *>(copy.release()));
 }
 
 // Takes every member out of the collection, from index 0, into `first` when `isFirst` holds for
@@ -139,25 +127,20 @@ Types::Reference * copyReference(Types::Reference const & reference)
 template <class Predicate>
 void regroup(PartitionMetadata const & metadata, CollectionReferenceElement & collection, Predicate isFirst)
 {
-    ReferenceListOwner first;
-    ReferenceListOwner rest;
+    ReferenceList first;
+    ReferenceList rest;
     while (collection.size() > 0)
     {
         Types::Reference const & member = collection.at(0);
         MetadataSet const * target = Support::referencedSet(metadata, member);
-        ReferenceList & list = (target != nullptr && isFirst(*target)) ? first.references : rest.references;
-        list.push_back(nullptr);
-        list.back() = copyReference(member);
+        ReferenceList & list = (target != nullptr && isFirst(*target)) ? first : rest;
+        list.push_back(copyReference(member));
         collection.remove(0);
     }
-    ReferenceList * lists[2] = {&first.references, &rest.references};
+    ReferenceList * lists[2] = {&first, &rest};
     for (ReferenceList * list : lists)
         for (ReferenceList::iterator it = list->begin(); it != list->end(); ++it)
-        {
-            Templates::auto_ptr<Types::Reference> reference(*it);
-            *it = nullptr;
-            collection.appendUnverifiedReference(std::move(reference));
-        }
+            collection.appendUnverifiedReference(std::move(*it));
 }
 
 // Material Packages ahead of the others, and in each package the time code tracks ahead of the

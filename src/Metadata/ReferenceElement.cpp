@@ -22,10 +22,7 @@ ReferenceElement::ReferenceElement(ReferenceElement const & other, MetadataSet &
 {
 }
 
-ReferenceElement::~ReferenceElement()
-{
-    delete impl_;
-}
+ReferenceElement::~ReferenceElement() = default;
 
 Types::Reference const * ReferenceElement::value() const
 {

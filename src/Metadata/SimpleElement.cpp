@@ -18,10 +18,7 @@ SimpleElement::SimpleElement(SimpleElement const & other, MetadataSet & set)
 {
 }
 
-SimpleElement::~SimpleElement()
-{
-    delete impl_;
-}
+SimpleElement::~SimpleElement() = default;
 
 Types::SimpleDataType const * SimpleElement::value() const
 {

@@ -106,7 +106,7 @@ struct PartitionPack::Impl
 PartitionPack::PartitionPack(KLV::Packet & packet) : impl_(nullptr)
 {
     checkKey(packet.key());
-    impl_ = new Impl(packet);
+    impl_.reset(new Impl(packet));
 }
 
 PartitionPack::PartitionPack(KLV::Key const & key, unsigned int const & kagSize, uint64 const & thisPartition,
@@ -115,7 +115,7 @@ PartitionPack::PartitionPack(KLV::Key const & key, unsigned int const & kagSize,
     : impl_(nullptr)
 {
     checkKey(key);
-    impl_ = new Impl(key, kagSize, thisPartition, bodyOffset, operationalPattern, std::move(essenceContainers));
+    impl_.reset(new Impl(key, kagSize, thisPartition, bodyOffset, operationalPattern, std::move(essenceContainers)));
 }
 
 PartitionPack::PartitionPack(PartitionPack const & other) : impl_(new Impl(*other.impl_)) {}
@@ -124,17 +124,12 @@ PartitionPack & PartitionPack::operator=(PartitionPack const & other)
 {
     if (this != &other)
     {
-        Impl * copy = new Impl(*other.impl_);
-        delete impl_;
-        impl_ = copy;
+        impl_.reset(new Impl(*other.impl_));
     }
     return *this;
 }
 
-PartitionPack::~PartitionPack()
-{
-    delete impl_;
-}
+PartitionPack::~PartitionPack() = default;
 
 unsigned char PartitionPack::berLength() const
 {

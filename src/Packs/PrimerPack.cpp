@@ -61,22 +61,13 @@ PrimerPack::PrimerPack(KLV::Packet & packet) : impl_(nullptr)
     unsigned int count = Types::UInt32(value).value();
     Types::UInt32 itemSize(value); // read and not used: entries are always a tag and a label
     (void)itemSize;
-    impl_ = impl.release();
-    try
+    impl_ = std::move(impl);
+    // The count sizes nothing: a count beyond the data fails on the first missing entry.
+    for (unsigned int i = 0; i < count; ++i)
     {
-        // The count sizes nothing: a count beyond the data fails on the first missing entry.
-        for (unsigned int i = 0; i < count; ++i)
-        {
-            Types::LocalTag tag(value);
-            Types::UniversalLabel label(value);
-            add(tag, label);
-        }
-    }
-    catch (...)
-    {
-        delete impl_;
-        impl_ = nullptr;
-        throw;
+        Types::LocalTag tag(value);
+        Types::UniversalLabel label(value);
+        add(tag, label);
     }
 }
 
@@ -86,17 +77,12 @@ PrimerPack & PrimerPack::operator=(PrimerPack const & other)
 {
     if (this != &other)
     {
-        Impl * copy = new Impl(*other.impl_);
-        delete impl_;
-        impl_ = copy;
+        impl_.reset(new Impl(*other.impl_));
     }
     return *this;
 }
 
-PrimerPack::~PrimerPack()
-{
-    delete impl_;
-}
+PrimerPack::~PrimerPack() = default;
 
 KLV::Key const & PrimerPack::key()
 {

@@ -39,30 +39,21 @@ RandomIndexPack::RandomIndexPack(KLV::Packet & packet) : impl_(nullptr)
 {
     if (packet.key() != key())
         throw Exceptions::InvalidKey("Trying to create a RIP from a KLV with a invalid RIP Key.", __FILE__, __LINE__);
-    impl_ = new Impl;
-    try
+    impl_.reset(new Impl);
+    impl_->berLength = packet.berLength();
+    KLV::Value & value = packet.value();
+    while (value.remaining() > TRAILER_SIZE)
     {
-        impl_->berLength = packet.berLength();
-        KLV::Value & value = packet.value();
-        while (value.remaining() > TRAILER_SIZE)
-        {
-            unsigned int sid = Types::UInt32(value).value();
-            uint64 offset = Types::UInt64(value).value();
-            add(sid, offset);
-        }
-        if (value.remaining() < TRAILER_SIZE)
-            throw Exceptions::InvalidLength("Not enough data to read Pack", __FILE__, __LINE__);
-        // The overall length is where a reader finds the pack from the end of a file; here it is
-        // read and left.
-        Types::UInt32 overall(value);
-        (void)overall;
+        unsigned int sid = Types::UInt32(value).value();
+        uint64 offset = Types::UInt64(value).value();
+        add(sid, offset);
     }
-    catch (...)
-    {
-        delete impl_;
-        impl_ = nullptr;
-        throw;
-    }
+    if (value.remaining() < TRAILER_SIZE)
+        throw Exceptions::InvalidLength("Not enough data to read Pack", __FILE__, __LINE__);
+    // The overall length is where a reader finds the pack from the end of a file; here it is
+    // read and left.
+    Types::UInt32 overall(value);
+    (void)overall;
 }
 
 RandomIndexPack::RandomIndexPack(RandomIndexPack const & other) : impl_(new Impl(*other.impl_)) {}
@@ -71,17 +62,12 @@ RandomIndexPack & RandomIndexPack::operator=(RandomIndexPack const & other)
 {
     if (this != &other)
     {
-        Impl * copy = new Impl(*other.impl_);
-        delete impl_;
-        impl_ = copy;
+        impl_.reset(new Impl(*other.impl_));
     }
     return *this;
 }
 
-RandomIndexPack::~RandomIndexPack()
-{
-    delete impl_;
-}
+RandomIndexPack::~RandomIndexPack() = default;
 
 KLV::Key const & RandomIndexPack::key()
 {

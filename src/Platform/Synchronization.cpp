@@ -24,10 +24,7 @@ Mutex::Mutex() : section_(new (std::nothrow) CriticalSection)
         throw Exceptions::BadAlloc("Failed to create a mutex", __FILE__, __LINE__);
 }
 
-Mutex::~Mutex()
-{
-    delete section_;
-}
+Mutex::~Mutex() = default;
 
 void Mutex::lock()
 {

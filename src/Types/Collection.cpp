@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <utility>
 
 #include "DataIO/DataSink.h"
 #include "Exceptions/Exceptions.h"
@@ -41,7 +42,7 @@ Templates::string decimalText(uint32 number)
 struct Collection::Impl
 {
     VELLUM_CLASS_ALLOCATION
-    Templates::vector<SimpleDataType *> elements;
+    Templates::vector<Templates::auto_ptr<SimpleDataType>> elements;
     uint32 elementSize;
     uint32 count;
 
@@ -50,11 +51,9 @@ struct Collection::Impl
     Impl(Impl const & other) : elementSize(other.elementSize), count(0)
     {
         elements.reserve(other.elements.size());
-        for (SimpleDataType * element : other.elements)
+        for (Templates::auto_ptr<SimpleDataType> const & element : other.elements)
         {
-            Templates::auto_ptr<SimpleDataType> copy = element->clone();
-            elements.push_back(copy.get());
-            copy.release();
+            elements.push_back(element->clone());
             ++count;
         }
     }
@@ -64,10 +63,7 @@ struct Collection::Impl
     ~Impl()
     {
         while (!elements.empty())
-        {
-            delete elements.back();
             elements.pop_back();
-        }
     }
 
     void read(KLV::Value & value, Identifiers::Identifier elementType)
@@ -128,8 +124,7 @@ struct Collection::Impl
                 throw Exceptions::InvalidLength(header, headerSize,
                                                 "Invalid data size in Value to create an element in the collection.",
                                                 __FILE__, __LINE__);
-            elements.push_back(element.get());
-            element.release();
+            elements.push_back(std::move(element));
             ++count;
         }
     }
@@ -137,11 +132,9 @@ struct Collection::Impl
 
 Collection::Collection(int elementSize) : impl_(new Impl(static_cast<uint32>(elementSize))) {}
 
-Collection::Collection(KLV::Value & value, Identifiers::Identifier elementType) : impl_(nullptr)
+Collection::Collection(KLV::Value & value, Identifiers::Identifier elementType) : impl_(new Impl(0))
 {
-    Templates::auto_ptr<Impl> impl(new Impl(0));
-    impl->read(value, elementType);
-    impl_ = impl.release();
+    impl_->read(value, elementType);
 }
 
 Collection::Collection(Collection const & other) : BaseType(other), impl_(new Impl(*other.impl_)) {}
@@ -150,17 +143,12 @@ Collection & Collection::operator=(Collection const & other)
 {
     if (this != &other)
     {
-        Impl * copy = new Impl(*other.impl_);
-        delete impl_;
-        impl_ = copy;
+        impl_.reset(new Impl(*other.impl_));
     }
     return *this;
 }
 
-Collection::~Collection()
-{
-    delete impl_;
-}
+Collection::~Collection() = default;
 
 void Collection::serialize(DataIO::DataSink & sink) const
 {
@@ -168,7 +156,7 @@ void Collection::serialize(DataIO::DataSink & sink) const
     WireOrder::store(header, impl_->count);
     WireOrder::store(header + 4, impl_->elementSize);
     sink.write(header, headerSize);
-    for (SimpleDataType const * element : impl_->elements)
+    for (Templates::auto_ptr<SimpleDataType> const & element : impl_->elements)
         element->serialize(sink);
 }
 
@@ -209,8 +197,7 @@ void Collection::append(Templates::auto_ptr<SimpleDataType> element)
     bool const adopt = size != impl_->elementSize && impl_->elementSize == 0 && impl_->count == 0;
     if (size != impl_->elementSize && !adopt)
         VELLUM_THROW(InvalidElement, "Appending an invalid element");
-    impl_->elements.push_back(element.get());
-    element.release();
+    impl_->elements.push_back(std::move(element));
     if (adopt)
         impl_->elementSize = size;
     ++impl_->count;
@@ -222,8 +209,7 @@ void Collection::insertAt(unsigned int index, Templates::auto_ptr<SimpleDataType
         VELLUM_THROW(InvalidElement, "Trying to insert an invalid element");
     if (index > impl_->count)
         VELLUM_THROW(IndexOutOfBounds, "Trying to insert an element past the end of the data");
-    impl_->elements.insert(impl_->elements.begin() + index, element.get());
-    element.release();
+    impl_->elements.insert(impl_->elements.begin() + index, std::move(element));
     ++impl_->count;
 }
 
@@ -231,10 +217,9 @@ void Collection::remove(unsigned int index)
 {
     if (index >= impl_->count)
         VELLUM_THROW(IndexOutOfBounds, "Trying to remove an element beyond the end of data");
-    SimpleDataType * element = impl_->elements[index];
+    Templates::auto_ptr<SimpleDataType> element = std::move(impl_->elements[index]);
     impl_->elements.erase(impl_->elements.begin() + index);
     --impl_->count;
-    delete element;
 }
 
 Array::Array(int elementSize) : Collection(elementSize) {}

@@ -110,7 +110,7 @@ J2KCodingStyleDefault::J2KCodingStyleDefault(KLV::Value & value) : impl_(nullptr
                       "source.remaining () >= MINIMUM_J2KCODINGSTYLEDEFAULT_SIZE",
                       "J2KCodingStyleDefault size is smaller than required. J2KCodingStyleDefault must be at least 10 "
                       "bytes.");
-    impl_ = new Impl(value);
+    impl_.reset(new Impl(value));
 }
 
 J2KCodingStyleDefault::J2KCodingStyleDefault(unsigned char scod, unsigned int sGcod, unsigned char const * spcod,
@@ -128,7 +128,7 @@ J2KCodingStyleDefault::J2KCodingStyleDefault(unsigned char scod, unsigned int sG
     image[0] = scod;
     WireOrder::store(image + 1, static_cast<uint32>(sGcod));
     std::memcpy(image + 5, spcod, static_cast<std::size_t>(spcodBufferSize));
-    impl_ = new Impl(block);
+    impl_.reset(new Impl(block));
 }
 
 unsigned char J2KCodingStyleDefault::scod() const
@@ -160,7 +160,7 @@ J2KQuantisationDefault::J2KQuantisationDefault(KLV::Value & value) : impl_(nullp
                       "source.remaining () >= MINIMUM_J2KQUANTISATIONDEFAULT_SIZE",
                       "J2KQuantisationDefault size is smaller than required. J2KCodingStyleDefault must be at least 2 "
                       "bytes.");
-    impl_ = new Impl(value);
+    impl_.reset(new Impl(value));
 }
 
 J2KQuantisationDefault::J2KQuantisationDefault(unsigned char sqcd, unsigned char const * sPgcd,
@@ -177,7 +177,7 @@ J2KQuantisationDefault::J2KQuantisationDefault(unsigned char sqcd, unsigned char
     unsigned char * image = block->data();
     image[0] = sqcd;
     std::memcpy(image + 1, sPgcd, static_cast<std::size_t>(sPgcdBufferSize));
-    impl_ = new Impl(block);
+    impl_.reset(new Impl(block));
 }
 
 unsigned char J2KQuantisationDefault::sqcd() const

@@ -56,10 +56,7 @@ LocalTag & LocalTag::operator=(LocalTag const & other)
     return *this;
 }
 
-LocalTag::~LocalTag()
-{
-    delete impl_;
-}
+LocalTag::~LocalTag() = default;
 
 unsigned char const * LocalTag::rawBuffer() const
 {

@@ -39,10 +39,7 @@ StrongReference & StrongReference::operator=(StrongReference const & other)
     return *this;
 }
 
-StrongReference::~StrongReference()
-{
-    delete impl_;
-}
+StrongReference::~StrongReference() = default;
 
 unsigned char const * StrongReference::rawBuffer() const
 {
@@ -120,10 +117,7 @@ WeakReference & WeakReference::operator=(WeakReference const & other)
     return *this;
 }
 
-WeakReference::~WeakReference()
-{
-    delete impl_;
-}
+WeakReference::~WeakReference() = default;
 
 unsigned char const * WeakReference::rawBuffer() const
 {

@@ -51,7 +51,7 @@ Timestamp::Timestamp(unsigned short year, unsigned char month, unsigned char day
     THROW_UNLESS(InvalidValue, milliSecond < 1000, "Invalid Time: Millisecond must be smaller than 1000");
     checkClock(hour, minute, second);
     checkDate(month, day);
-    impl_ = new Impl(year, month, day, hour, minute, second, static_cast<unsigned char>(milliSecond / 4));
+    impl_.reset(new Impl(year, month, day, hour, minute, second, static_cast<unsigned char>(milliSecond / 4)));
 }
 
 Timestamp::Timestamp(unsigned short year, unsigned char month, unsigned char day, unsigned char hour,
@@ -61,7 +61,7 @@ Timestamp::Timestamp(unsigned short year, unsigned char month, unsigned char day
     THROW_UNLESS(InvalidValue, mSec4 < 250, "Invalid Time: Millisecond must be smaller than 250");
     checkClock(hour, minute, second);
     checkDate(month, day);
-    impl_ = new Impl(year, month, day, hour, minute, second, mSec4);
+    impl_.reset(new Impl(year, month, day, hour, minute, second, mSec4));
 }
 
 unsigned short Timestamp::year() const

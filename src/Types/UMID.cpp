@@ -85,10 +85,7 @@ UMID32 & UMID32::operator=(UMID32 const & other)
     return *this;
 }
 
-UMID32::~UMID32()
-{
-    delete impl_;
-}
+UMID32::~UMID32() = default;
 
 unsigned char const * UMID32::rawBuffer() const
 {
@@ -152,10 +149,7 @@ UMID64 & UMID64::operator=(UMID64 const & other)
     return *this;
 }
 
-UMID64::~UMID64()
-{
-    delete impl_;
-}
+UMID64::~UMID64() = default;
 
 unsigned char const * UMID64::rawBuffer() const
 {

@@ -50,10 +50,7 @@ UUID & UUID::operator=(UUID const & other)
     return *this;
 }
 
-UUID::~UUID()
-{
-    delete impl_;
-}
+UUID::~UUID() = default;
 
 unsigned char const * UUID::rawBuffer() const
 {

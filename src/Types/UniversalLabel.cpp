@@ -64,10 +64,7 @@ UniversalLabel & UniversalLabel::operator=(UniversalLabel const & other)
     return *this;
 }
 
-UniversalLabel::~UniversalLabel()
-{
-    delete impl_;
-}
+UniversalLabel::~UniversalLabel() = default;
 
 unsigned char const * UniversalLabel::rawBuffer() const
 {

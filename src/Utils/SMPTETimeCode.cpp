@@ -69,48 +69,32 @@ TimeCode::TimeCode(unsigned char frameRate, unsigned char hours, unsigned char m
                    unsigned char frames, bool dropFrame, bool fieldPhase)
     : impl_(new Impl())
 {
-    try
-    {
-        checkFrameRate(frameRate);
-        if (dropFrame)
-            checkDropFrameRate(frameRate);
-        impl_->frameRate = frameRate;
-        impl_->hours = hours;
-        impl_->minutes = minutes;
-        impl_->seconds = seconds;
-        impl_->frames = frames;
-        impl_->dropFrame = dropFrame;
-        impl_->defined = true;
-        impl_->fieldPhase = fieldPhase;
-        validate(hours, minutes, seconds, frames, dropFrame, fieldPhase);
-    }
-    catch (...)
-    {
-        delete impl_;
-        throw;
-    }
+    checkFrameRate(frameRate);
+    if (dropFrame)
+        checkDropFrameRate(frameRate);
+    impl_->frameRate = frameRate;
+    impl_->hours = hours;
+    impl_->minutes = minutes;
+    impl_->seconds = seconds;
+    impl_->frames = frames;
+    impl_->dropFrame = dropFrame;
+    impl_->defined = true;
+    impl_->fieldPhase = fieldPhase;
+    validate(hours, minutes, seconds, frames, dropFrame, fieldPhase);
 }
 
 TimeCode::TimeCode(unsigned char frameRate, int64 frameCounter, bool dropFrame) : impl_(new Impl())
 {
-    try
-    {
-        checkFrameRate(frameRate);
-        impl_->frameRate = frameRate;
-        if (frameCounter < 0)
-            return;
-        if (dropFrame)
-            checkDropFrameRate(frameRate);
-        impl_->dropFrame = dropFrame;
-        impl_->defined = true;
-        assignFromCounter(frameCounter);
-        validate(impl_->hours, impl_->minutes, impl_->seconds, impl_->frames, impl_->dropFrame, impl_->fieldPhase);
-    }
-    catch (...)
-    {
-        delete impl_;
-        throw;
-    }
+    checkFrameRate(frameRate);
+    impl_->frameRate = frameRate;
+    if (frameCounter < 0)
+        return;
+    if (dropFrame)
+        checkDropFrameRate(frameRate);
+    impl_->dropFrame = dropFrame;
+    impl_->defined = true;
+    assignFromCounter(frameCounter);
+    validate(impl_->hours, impl_->minutes, impl_->seconds, impl_->frames, impl_->dropFrame, impl_->fieldPhase);
 }
 
 TimeCode::TimeCode(TimeCode const & other) : impl_(new Impl(*other.impl_))
@@ -123,10 +107,7 @@ TimeCode & TimeCode::operator=(TimeCode const & other)
     return *this;
 }
 
-TimeCode::~TimeCode()
-{
-    delete impl_;
-}
+TimeCode::~TimeCode() = default;
 
 unsigned char TimeCode::multiplexFactor() const
 {
@@ -419,10 +400,7 @@ TimeCodeExtended & TimeCodeExtended::operator=(TimeCodeExtended const & other)
     return *this;
 }
 
-TimeCodeExtended::~TimeCodeExtended()
-{
-    delete extended_;
-}
+TimeCodeExtended::~TimeCodeExtended() = default;
 
 TimeCodeExtended::BinaryGroups TimeCodeExtended::binaryGroups() const
 {

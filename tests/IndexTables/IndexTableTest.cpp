@@ -119,7 +119,7 @@ TEST(IndexTable, ReplacingOrKeepingASegmentAtTheSameStart)
 {
     IndexTable table(5, 1);
     table.add(segment(0, 0), false);
-    IndexTableSegment * first = table.segmentIteratorBegin()->second;
+    IndexTableSegment * first = table.segmentIteratorBegin()->second.get();
 
     // Without replacing, the segment held stays.
     table.add(segment(0, 10), false);

@@ -4,6 +4,7 @@
 #include "DataIO/DataSink.h"
 #include "Platform/MallocAlloc.h"
 #include "Platform/Types.h"
+#include "Templates/AutoPtr.h"
 
 namespace Vellum
 {
@@ -35,7 +36,7 @@ private:
     FileDataSink & operator=(FileDataSink const &) = delete;
 
     struct Impl;
-    Impl * impl_;
+    Templates::auto_ptr<Impl> impl_;
 };
 } // namespace File
 } // namespace DataIO

@@ -3,6 +3,7 @@
 
 #include "DataIO/Block.h"
 #include "DataIO/SliceSource.h"
+#include "Templates/AutoPtr.h"
 #include "Templates/SharedPtr.h"
 
 namespace Vellum
@@ -39,7 +40,7 @@ private:
     FileSliceSource & operator=(FileSliceSource const &) = delete;
 
     struct Impl;
-    Impl * impl_;
+    Templates::auto_ptr<Impl> impl_;
 };
 } // namespace File
 } // namespace DataIO

@@ -4,6 +4,7 @@
 // and new value in. Members of collections are not indexed.
 
 #include "Metadata/Listeners/MetadataIndexListener.h"
+#include "Templates/AutoPtr.h"
 #include "Templates/Containers.h"
 #include "Types/SimpleDataType.h"
 #include "Types/UniversalLabel.h"
@@ -66,11 +67,11 @@ public:
     uint64 indexSize() const;
 
 private:
-    BaseMetadataIndexListener(BaseMetadataIndexListener const &);
-    BaseMetadataIndexListener & operator=(BaseMetadataIndexListener const &);
+    BaseMetadataIndexListener(BaseMetadataIndexListener const &) = delete;
+    BaseMetadataIndexListener & operator=(BaseMetadataIndexListener const &) = delete;
 
     struct Impl;
-    Impl * impl_;
+    Templates::auto_ptr<Impl> impl_;
 };
 } // namespace Listeners
 } // namespace Metadata

@@ -3,6 +3,7 @@
 // package UIDs, track IDs and package UIDs.
 
 #include "Metadata/Listeners/BaseMetadataIndexListener.h"
+#include "Templates/AutoPtr.h"
 
 namespace Vellum
 {
@@ -20,11 +21,11 @@ public:
     bool isIndexed(Types::UniversalLabel const & label) override;
 
 private:
-    DefaultMetadataIndexListener(DefaultMetadataIndexListener const &);
-    DefaultMetadataIndexListener & operator=(DefaultMetadataIndexListener const &);
+    DefaultMetadataIndexListener(DefaultMetadataIndexListener const &) = delete;
+    DefaultMetadataIndexListener & operator=(DefaultMetadataIndexListener const &) = delete;
 
     struct Impl;
-    Impl * impl_;
+    Templates::auto_ptr<Impl> impl_;
 };
 } // namespace Listeners
 } // namespace Metadata

@@ -4,6 +4,7 @@
 // unless one was given.
 
 #include "Metadata/Listeners/CommitableListener.h"
+#include "Templates/AutoPtr.h"
 
 namespace Vellum
 {
@@ -41,11 +42,11 @@ public:
                         Types::BaseType const & oldValue) override;
 
 private:
-    GenerationUIDWriterListener(GenerationUIDWriterListener const &);
-    GenerationUIDWriterListener & operator=(GenerationUIDWriterListener const &);
+    GenerationUIDWriterListener(GenerationUIDWriterListener const &) = delete;
+    GenerationUIDWriterListener & operator=(GenerationUIDWriterListener const &) = delete;
 
     struct Impl;
-    Impl * impl_;
+    Templates::auto_ptr<Impl> impl_;
 };
 } // namespace Listeners
 } // namespace Metadata

@@ -3,6 +3,7 @@
 // package above each (or the Preface, for what hangs under no package) the present date.
 
 #include "Metadata/Listeners/NullCommitableListener.h"
+#include "Templates/AutoPtr.h"
 
 namespace Vellum
 {
@@ -34,11 +35,11 @@ public:
                         Types::BaseType const & oldValue) override;
 
 private:
-    LastModifiedDateUpdaterListener(LastModifiedDateUpdaterListener const &);
-    LastModifiedDateUpdaterListener & operator=(LastModifiedDateUpdaterListener const &);
+    LastModifiedDateUpdaterListener(LastModifiedDateUpdaterListener const &) = delete;
+    LastModifiedDateUpdaterListener & operator=(LastModifiedDateUpdaterListener const &) = delete;
 
     struct Impl;
-    Impl * impl_;
+    Templates::auto_ptr<Impl> impl_;
 };
 } // namespace Listeners
 } // namespace Metadata

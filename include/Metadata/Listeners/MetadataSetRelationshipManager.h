@@ -4,6 +4,7 @@
 // to a set that goes, and deletes whole subtrees on request.
 
 #include "Metadata/PartitionMetadataListener.h"
+#include "Templates/AutoPtr.h"
 #include "Templates/Containers.h"
 #include "Templates/SharedPtr.h"
 #include "Types/UUID.h"
@@ -36,11 +37,11 @@ public:
     bool empty() const;
 
 private:
-    ReferenceEntry(ReferenceEntry const &);
-    ReferenceEntry & operator=(ReferenceEntry const &);
+    ReferenceEntry(ReferenceEntry const &) = delete;
+    ReferenceEntry & operator=(ReferenceEntry const &) = delete;
 
     struct Impl;
-    Impl * impl_;
+    Templates::auto_ptr<Impl> impl_;
 };
 
 class MetadataSetRelationshipManager : public PartitionMetadataListener
@@ -89,11 +90,11 @@ public:
                         Types::BaseType const & oldValue) override;
 
 private:
-    MetadataSetRelationshipManager(MetadataSetRelationshipManager const &);
-    MetadataSetRelationshipManager & operator=(MetadataSetRelationshipManager const &);
+    MetadataSetRelationshipManager(MetadataSetRelationshipManager const &) = delete;
+    MetadataSetRelationshipManager & operator=(MetadataSetRelationshipManager const &) = delete;
 
     struct Impl;
-    Impl * impl_;
+    Templates::auto_ptr<Impl> impl_;
 };
 } // namespace Listeners
 } // namespace Metadata

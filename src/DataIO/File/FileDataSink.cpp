@@ -26,10 +26,7 @@ FileDataSink::FileDataSink(unsigned short const * path, bool append, int bufferS
 {
 }
 
-FileDataSink::~FileDataSink()
-{
-    delete impl_;
-}
+FileDataSink::~FileDataSink() = default;
 
 void FileDataSink::write(unsigned char const * data, uint64 size)
 {

@@ -17,10 +17,7 @@ struct FileDataSource::Impl : public FileImpl
 
 FileDataSource::FileDataSource(unsigned short const * path, int bufferSize) : impl_(new Impl(path, bufferSize)) {}
 
-FileDataSource::~FileDataSource()
-{
-    delete impl_;
-}
+FileDataSource::~FileDataSource() = default;
 
 uint64 FileDataSource::absoluteOffset() const
 {

@@ -46,10 +46,7 @@ FileSliceSource::FileSliceSource(unsigned short const * path, Templates::SharedP
 {
 }
 
-FileSliceSource::~FileSliceSource()
-{
-    delete impl_;
-}
+FileSliceSource::~FileSliceSource() = default;
 
 Templates::auto_ptr<Slice> FileSliceSource::read(uint64 size)
 {

@@ -160,7 +160,7 @@ struct GenerationUIDWriterListener::Impl
 
 GenerationUIDWriterListener::GenerationUIDWriterListener() : impl_(new Impl) {}
 
-GenerationUIDWriterListener::~GenerationUIDWriterListener() { delete impl_; }
+GenerationUIDWriterListener::~GenerationUIDWriterListener() = default;
 
 void GenerationUIDWriterListener::setIdentification(MetadataSet * identification)
 {
@@ -283,7 +283,7 @@ struct LastModifiedDateUpdaterListener::Impl
 
 LastModifiedDateUpdaterListener::LastModifiedDateUpdaterListener() : impl_(new Impl) {}
 
-LastModifiedDateUpdaterListener::~LastModifiedDateUpdaterListener() { delete impl_; }
+LastModifiedDateUpdaterListener::~LastModifiedDateUpdaterListener() = default;
 
 void LastModifiedDateUpdaterListener::commit()
 {

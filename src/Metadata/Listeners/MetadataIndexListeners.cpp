@@ -97,7 +97,7 @@ private:
 
 BaseMetadataIndexListener::BaseMetadataIndexListener() : impl_(new Impl) {}
 
-BaseMetadataIndexListener::~BaseMetadataIndexListener() { delete impl_; }
+BaseMetadataIndexListener::~BaseMetadataIndexListener() = default;
 
 Templates::vector<MetadataSet *> BaseMetadataIndexListener::find(Types::UniversalLabel const & label,
                                                                  Types::SimpleDataType const & value)
@@ -180,7 +180,7 @@ DefaultMetadataIndexListener::DefaultMetadataIndexListener() : impl_(new Impl)
     impl_->labels.insert(Structural::StructuralMetadataULs::packageUID());
 }
 
-DefaultMetadataIndexListener::~DefaultMetadataIndexListener() { delete impl_; }
+DefaultMetadataIndexListener::~DefaultMetadataIndexListener() = default;
 
 bool DefaultMetadataIndexListener::isIndexed(Types::UniversalLabel const & label)
 {

@@ -31,7 +31,7 @@ struct ReferenceEntry::Impl
 
 ReferenceEntry::ReferenceEntry() : impl_(new Impl) {}
 
-ReferenceEntry::~ReferenceEntry() { delete impl_; }
+ReferenceEntry::~ReferenceEntry() = default;
 
 ReferenceEntry::Sources const & ReferenceEntry::sources() const { return impl_->sources; }
 
@@ -304,7 +304,7 @@ MetadataSetRelationshipManager::MetadataSetRelationshipManager(PartitionMetadata
 {
 }
 
-MetadataSetRelationshipManager::~MetadataSetRelationshipManager() { delete impl_; }
+MetadataSetRelationshipManager::~MetadataSetRelationshipManager() = default;
 
 void MetadataSetRelationshipManager::enforceReferentialIntegrity(bool enforce) { impl_->enforce = enforce; }
 
