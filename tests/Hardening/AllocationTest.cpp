@@ -482,5 +482,6 @@ TEST(HardeningAllocation, ThousandsOfUnknownItemsLoadInLinearTime)
         Templates::auto_ptr<KLV::Packet> p = reader.nextKLV(skipped, 0);
         EXPECT_EQ(m.load(*p)->invalidSize(), items);
     }
-    EXPECT_LT(double(std::clock() - start) / CLOCKS_PER_SEC, 2.0);
+    // The quadratic append took about 14 s here under the sanitizers; the linear one takes 3 s.
+    EXPECT_LT(double(std::clock() - start) / CLOCKS_PER_SEC, 6.0);
 }
