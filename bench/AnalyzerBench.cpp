@@ -11,6 +11,8 @@
 
 #include <benchmark/benchmark.h>
 
+#include "BenchSupport.h"
+
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
@@ -39,6 +41,7 @@
 #include "Utils/Text.h"
 
 using namespace Vellum;
+using namespace VellumBench;
 
 namespace
 {
@@ -47,29 +50,7 @@ std::size_t const READ = 1 << 20;
 // The analyzer's blocks: small enough that the scan finds them still in the cache behind the copy.
 std::size_t const BLOCK = 256 << 10;
 
-unsigned long long fileSize(std::string const & path)
-{
-    struct stat info;
-    return ::stat(path.c_str(), &info) == 0 ? (unsigned long long)info.st_size : 0;
-}
 
-// A file made with ffmpeg on first use (`arguments` stand between the inputs and the output); ""
-// without ffmpeg.
-std::string makeFile(std::string const & name, unsigned long long size, std::string const & arguments)
-{
-    char const * tmp = std::getenv("TMPDIR");
-    std::string file = std::string(tmp != nullptr && *tmp != 0 ? tmp : "/tmp") + "/" + name;
-    if (fileSize(file) >= size)
-        return file;
-    if (std::system("command -v ffmpeg >/dev/null 2>&1") != 0)
-        return std::string();
-    std::fprintf(stderr, "making %s with ffmpeg\n", file.c_str());
-    std::string command = "ffmpeg -v error -nostdin -y " + arguments + " '" + file + ".partial' && mv '" + file +
-                          ".partial' '" + file + "'";
-    if (std::system(command.c_str()) != 0)
-        return std::string();
-    return file;
-}
 
 std::string mpeg2Arguments(int seconds)
 {
@@ -98,18 +79,6 @@ std::string const & longSound()
     return path;
 }
 
-unsigned long long freadAll(std::string const & path, std::vector<unsigned char> & buffer)
-{
-    std::FILE * f = std::fopen(path.c_str(), "rb");
-    if (!f)
-        return 0;
-    unsigned long long total = 0;
-    std::size_t got;
-    while ((got = std::fread(buffer.data(), 1, buffer.size(), f)) != 0)
-        total += got;
-    std::fclose(f);
-    return total;
-}
 
 // Every edit unit of the stream; gives the bytes of all units.
 template <class Source>
@@ -127,16 +96,6 @@ unsigned long long drain(Templates::SharedPtr<Source> source, unsigned long long
     return bytes;
 }
 
-double seconds(std::chrono::steady_clock::duration d) { return std::chrono::duration<double>(d).count(); }
-
-// The processor time of this thread, user and system: on a shared machine it shows the work done
-// better than the wall clock does.
-double cpuSeconds()
-{
-    timespec now;
-    ::clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
-    return double(now.tv_sec) + double(now.tv_nsec) * 1e-9;
-}
 
 void run(benchmark::State & state, bool slices)
 {

@@ -3,6 +3,8 @@
 
 #include <benchmark/benchmark.h>
 
+#include "BenchSupport.h"
+
 #include <cstdio>
 #include <cstdlib>
 #include <string>
@@ -17,14 +19,10 @@
 #include "Utils/Text.h"
 
 using namespace Vellum;
+using VellumBench::tempFolder;
 
 namespace
 {
-std::string tempFolder()
-{
-    char const * tmp = std::getenv("TMPDIR");
-    return tmp != nullptr && *tmp != 0 ? tmp : "/tmp";
-}
 
 bool haveFile(std::string const & path, unsigned long long size)
 {
@@ -54,7 +52,7 @@ std::string klvFile(unsigned long long count, unsigned long long valueSize)
     return path;
 }
 
-std::string const & bigFile()
+std::string const & bigKlvFile()
 {
     // 1 GiB: 10,486 packets of 100 KiB, rounded to whole packets.
     static std::string path = klvFile((1ull << 30) / (20 + 102400), 102400);
@@ -63,7 +61,7 @@ std::string const & bigFile()
 
 void BM_FreadBaseline(benchmark::State & state)
 {
-    std::string const & path = bigFile();
+    std::string const & path = bigKlvFile();
     std::vector<unsigned char> buffer(2 << 20);
     unsigned long long total = 0;
     for (auto _ : state)
@@ -82,7 +80,7 @@ void BM_FreadBaseline(benchmark::State & state)
 
 void BM_FileSliceSourceNextSlice(benchmark::State & state)
 {
-    std::string const & path = bigFile();
+    std::string const & path = bigKlvFile();
     Templates::wstring widePath = Utils::wide(path.c_str());
     unsigned long long total = 0;
     for (auto _ : state)
@@ -124,7 +122,7 @@ void walk(benchmark::State & state, std::string const & path)
 
 void BM_KlvWalkLargePackets(benchmark::State & state)
 {
-    walk(state, bigFile());
+    walk(state, bigKlvFile());
 }
 
 std::string const & smallPacketFile()
@@ -140,7 +138,7 @@ void BM_KlvWalkSmallPackets(benchmark::State & state)
 }
 
 // The files are made before any benchmark runs, so that no timing includes their writing.
-bool const filesReady = !bigFile().empty() && !smallPacketFile().empty();
+bool const filesReady = !bigKlvFile().empty() && !smallPacketFile().empty();
 } // namespace
 
 BENCHMARK(BM_FreadBaseline)->Unit(benchmark::kMillisecond)->UseRealTime();

@@ -13,6 +13,8 @@
 
 #include <benchmark/benchmark.h>
 
+#include "BenchSupport.h"
+
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
@@ -44,6 +46,7 @@
 #include "Utils/Text.h"
 
 using namespace Vellum;
+using namespace VellumBench;
 namespace S = Metadata::Structural;
 typedef Templates::Rational<int64> Time;
 
@@ -52,66 +55,18 @@ namespace
 size_t const SLICE = 1 << 20;
 unsigned long long const GIB = 1ull << 30;
 
-std::string tempFolder()
-{
-    char const * tmp = std::getenv("TMPDIR");
-    return tmp != nullptr && *tmp != 0 ? tmp : "/tmp";
-}
-
-unsigned long long fileSize(std::string const & path)
-{
-    struct stat info;
-    return ::stat(path.c_str(), &info) == 0 ? (unsigned long long)info.st_size : 0;
-}
-
-bool haveFfmpeg() { return std::system("command -v ffmpeg >/dev/null 2>&1") == 0; }
-
 // The frame-wrapped OP1a file of more than 1 GiB, made on first use; "" without ffmpeg.
-std::string const & bigFile()
+std::string const & op1aFile()
 {
-    static std::string const path = [] {
-        std::string file = tempFolder() + "/vellum-bench-op1a-1GiB.mxf";
-        if (fileSize(file) >= GIB)
-            return file;
-        if (!haveFfmpeg())
-            return std::string();
-        std::fprintf(stderr, "making %s with ffmpeg (about a minute)\n", file.c_str());
-        std::string command =
-            "ffmpeg -v error -nostdin -y -f lavfi -i testsrc=size=720x576:rate=25 -f lavfi -i "
-            "sine=frequency=1000:sample_rate=48000 -t 172 -c:v mpeg2video -g 1 -b:v 50M -minrate 50M -maxrate 50M "
-            "-bufsize 2000000 -rc_init_occupancy 2000000 -c:a pcm_s16le -f mxf '" +
-            file + ".partial' && mv '" + file + ".partial' '" + file + "'";
-        if (std::system(command.c_str()) != 0 || fileSize(file) < GIB)
-            return std::string();
-        return file;
-    }();
+    static std::string const path =
+        makeFile("vellum-bench-op1a-1GiB.mxf", GIB,
+                 "-f lavfi -i testsrc=size=720x576:rate=25 -f lavfi -i sine=frequency=1000:sample_rate=48000 -t 172 "
+                 "-c:v mpeg2video -g 1 -b:v 50M -minrate 50M -maxrate 50M -bufsize 2000000 -rc_init_occupancy 2000000 "
+                 "-c:a pcm_s16le -f mxf");
     return path;
 }
 
-// Reads the whole file with fread in slices; gives the bytes read.
-unsigned long long freadAll(std::string const & path, std::vector<unsigned char> & buffer)
-{
-    std::FILE * f = std::fopen(path.c_str(), "rb");
-    if (!f)
-        return 0;
-    unsigned long long total = 0;
-    size_t got;
-    while ((got = std::fread(buffer.data(), 1, buffer.size(), f)) != 0)
-        total += got;
-    std::fclose(f);
-    return total;
-}
 
-double seconds(std::chrono::steady_clock::duration d) { return std::chrono::duration<double>(d).count(); }
-
-// The processor time of this thread, user and system, in seconds: on a shared machine it shows
-// the work done better than the wall clock does.
-double cpuSeconds()
-{
-    timespec now;
-    ::clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
-    return double(now.tv_sec) + double(now.tv_nsec) * 1e-9;
-}
 
 // One file opened through its final header metadata, with an essence reader over its Material
 // Package (else its first package with essence).
@@ -173,7 +128,7 @@ unsigned long long readValue(MXFIO::EssenceReader::ElementEditUnit & unit, std::
 
 void BM_UnwrapFreadBaseline(benchmark::State & state)
 {
-    std::string const & path = bigFile();
+    std::string const & path = op1aFile();
     if (path.empty())
         return state.SkipWithError("ffmpeg is absent: no file of 1 GiB to read");
     std::vector<unsigned char> buffer(SLICE);
@@ -187,7 +142,7 @@ BENCHMARK(BM_UnwrapFreadBaseline)->Unit(benchmark::kMillisecond)->Iterations(3)-
 
 void BM_UnwrapEssenceReader(benchmark::State & state)
 {
-    std::string const & path = bigFile();
+    std::string const & path = op1aFile();
     if (path.empty())
         return state.SkipWithError("ffmpeg is absent: no file of 1 GiB to read");
     std::vector<unsigned char> buffer(SLICE);
@@ -340,7 +295,7 @@ double median(std::vector<double> values)
 
 void BM_RandomSeekAndRead(benchmark::State & state)
 {
-    std::string const & path = bigFile();
+    std::string const & path = op1aFile();
     if (path.empty())
         return state.SkipWithError("ffmpeg is absent: no file of 1 GiB to read");
     int const seeks = 10000;

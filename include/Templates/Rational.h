@@ -326,5 +326,22 @@ Rational<T> operator/(Rational<T> a, typename Rational<T>::int_type b)
 {
     return a /= b;
 }
+// The greatest integer not above r, and the least integer not below it.
+template <class T>
+T floorOf(Rational<T> const & r)
+{
+    T q = r.numerator() / r.denominator();
+    if (r.numerator() % r.denominator() != 0 && ((r.numerator() < 0) != (r.denominator() < 0)))
+        --q;
+    return q;
+}
+template <class T>
+T ceilOf(Rational<T> const & r)
+{
+    T q = r.numerator() / r.denominator();
+    if (r.numerator() % r.denominator() != 0 && ((r.numerator() < 0) == (r.denominator() < 0)))
+        ++q;
+    return q;
+}
 } // namespace Templates
 } // namespace Vellum

@@ -35,15 +35,7 @@ bool isPictureElement(unsigned int trackNumber)
 // The search limit for the clip's packet when a seek, not a read, has to find it.
 uint64 const clipSearchLimit = 4096;
 
-int64 floorOf(Templates::Rational<int64> const & r)
-{
-    int64 q = r.numerator() / r.denominator();
-    if (r.numerator() % r.denominator() != 0 && r.numerator() < 0)
-        --q;
-    return q;
-}
-
-Templates::Rational<int> usableRate(Templates::Rational<int> const & rate)
+Templates::Rational<int> rateOrOne(Templates::Rational<int> const & rate)
 {
     // A rate of 0 or below would make every conversion meaningless; the caller has checked the
     // metadata already, so this only keeps the arithmetic defined.
@@ -60,12 +52,12 @@ BaseElementEssenceReader::BaseElementEssenceReader(ContentStorageReader & reader
                                                    int64 startPosition, int64 duration,
                                                    Templates::Rational<int> const & editRate)
     : reader_(reader), seeker_(reader.seeker()), editUnit_(0), position_(0), lastPosition_(0),
-      key_(trackNumber2Key(trackNumber)), trackNumber_(trackNumber), trackEditRate_(usableRate(editRate)),
-      containerEditRate_(usableRate(reader.editRate().value())), startPosition_(startPosition < 0 ? 0 : startPosition),
+      key_(trackNumber2Key(trackNumber)), trackNumber_(trackNumber), trackEditRate_(rateOrOne(editRate)),
+      containerEditRate_(rateOrOne(reader.editRate().value())), startPosition_(startPosition < 0 ? 0 : startPosition),
       startContainerUnit_(0), duration_(duration), firstUnitAfterSeek_(0), delay_(0), seekPending_(true)
 {
     startContainerUnit_ =
-        floorOf(editUnitsConverter(Templates::Rational<int64>(startPosition_), trackEditRate_, containerEditRate_));
+        Templates::floorOf(editUnitsConverter(Templates::Rational<int64>(startPosition_), trackEditRate_, containerEditRate_));
     editUnit_ = startContainerUnit_;
     firstUnitAfterSeek_ = startContainerUnit_;
 }
@@ -88,7 +80,7 @@ int64 BaseElementEssenceReader::startPosition() const { return startPosition_; }
 
 int64 BaseElementEssenceReader::containerUnitOfClipUnit(int64 units) const
 {
-    return floorOf(
+    return Templates::floorOf(
         editUnitsConverter(Templates::Rational<int64>(units) += startPosition_, trackEditRate_, containerEditRate_));
 }
 
@@ -107,8 +99,8 @@ bool BaseElementEssenceReader::pastClipEnd(int64 containerUnit) const
 
 int64 BaseElementEssenceReader::samplesOf(int64 containerUnit) const
 {
-    int64 begin = floorOf(clipUnitsOfContainerUnit(containerUnit));
-    int64 end = floorOf(clipUnitsOfContainerUnit(containerUnit + 1));
+    int64 begin = Templates::floorOf(clipUnitsOfContainerUnit(containerUnit));
+    int64 end = Templates::floorOf(clipUnitsOfContainerUnit(containerUnit + 1));
     if (duration_ >= 0 && end > duration_)
         end = duration_;
     if (begin < 0)
@@ -140,7 +132,7 @@ void BaseElementEssenceReader::describeUnit(int64 containerUnit, ElementData & d
     if (delay_ < 0)
     {
         // Read only so that the unit at the seek can be decoded.
-        int64 ahead = floorOf(clipUnitsOfContainerUnit(firstUnitAfterSeek_)) - floorOf(clipUnitsOfContainerUnit(containerUnit));
+        int64 ahead = Templates::floorOf(clipUnitsOfContainerUnit(firstUnitAfterSeek_)) - Templates::floorOf(clipUnitsOfContainerUnit(containerUnit));
         data.preCharge = ahead < data.samples ? ahead : data.samples;
         if (data.preCharge < 0)
             data.preCharge = 0;
@@ -461,7 +453,7 @@ bool ElementEssenceReaderClipWrap::read(uint64 keySearchLimit, ElementData & dat
     if (length == valueLength_ && offset == 0 && baseKnown_ == false && reader_.editUnitByteCount() == 0)
     {
         // The whole clip in one packet: it holds every unit that is left.
-        int64 left = duration_ >= 0 ? duration_ - static_cast<int64>(floorOf(clipUnitsOfContainerUnit(wanted))) : 1;
+        int64 left = duration_ >= 0 ? duration_ - static_cast<int64>(Templates::floorOf(clipUnitsOfContainerUnit(wanted))) : 1;
         if (left > 1)
         {
             data.samples = left;

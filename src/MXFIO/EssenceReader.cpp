@@ -56,23 +56,7 @@ bool isDataElement(uint32 trackNumber)
     return itemType == 0x17 || itemType == 0x18;
 }
 
-int64 floorOf(Time const & t)
-{
-    int64 q = t.numerator() / t.denominator();
-    if (t.numerator() % t.denominator() != 0 && t.numerator() < 0)
-        --q;
-    return q;
-}
-
-int64 ceilOf(Time const & t)
-{
-    int64 q = t.numerator() / t.denominator();
-    if (t.numerator() % t.denominator() != 0 && t.numerator() > 0)
-        ++q;
-    return q;
-}
-
-bool usableRate(Templates::Rational<int> const & rate) { return rate.numerator() > 0 && rate.denominator() > 0; }
+bool isUsableRate(Templates::Rational<int> const & rate) { return rate.numerator() > 0 && rate.denominator() > 0; }
 } // namespace
 
 struct EssenceReader::Impl
@@ -200,8 +184,8 @@ struct EssenceReader::Impl
             openDuration_ = true;
             int64 containerDuration = container.duration();
             Templates::Rational<int> containerRate = container.editRate().value();
-            if (containerDuration >= 0 && usableRate(containerRate))
-                duration = ceilOf(editUnitsConverter(Time(containerDuration), containerRate, record.editRate)) -
+            if (containerDuration >= 0 && isUsableRate(containerRate))
+                duration = Templates::ceilOf(editUnitsConverter(Time(containerDuration), containerRate, record.editRate)) -
                            startPosition;
         }
         if (growingSource())
@@ -230,7 +214,7 @@ struct EssenceReader::Impl
             if (track->editRate() == 0 || track->sequence() == 0 || track->trackID() == 0)
                 continue;
             Templates::Rational<int> rate = track->editRate()->value();
-            if (!usableRate(rate))
+            if (!isUsableRate(rate))
                 continue;
             Templates::auto_ptr<Track> record(new Track());
             record->editRate = rate;
@@ -295,7 +279,7 @@ struct EssenceReader::Impl
             track.exhausted = true;
             return false;
         }
-        int64 unit = floorOf(seconds2EditUnits(position, track.editRate));
+        int64 unit = Templates::floorOf(seconds2EditUnits(position, track.editRate));
         Track::Clips::iterator it = track.clips.upper_bound(unit);
         if (track.clips.empty() || it == track.clips.begin())
         {
@@ -307,7 +291,7 @@ struct EssenceReader::Impl
         Templates::Rational<int> clipRate = clip.editRate();
         int64 inClip = unit - it->first;
         if (clipRate != track.editRate)
-            inClip = floorOf(editUnitsConverter(Time(inClip), track.editRate, clipRate));
+            inClip = Templates::floorOf(editUnitsConverter(Time(inClip), track.editRate, clipRate));
         track.current = it;
         bool positioned = clip.seek(inClip);
         clip.flush();
@@ -404,12 +388,12 @@ struct EssenceReader::Impl
             unit.element.packet = std::move(packet);
             Templates::Rational<int> containerRate = container.editRate().value();
             int64 samples = 1;
-            if (usableRate(containerRate) && containerRate != track.editRate)
+            if (isUsableRate(containerRate) && containerRate != track.editRate)
             {
                 Time begin = seconds2EditUnits(track.position, track.editRate);
                 Time end = editUnitsConverter(Time(1), containerRate, track.editRate);
                 end += begin;
-                samples = floorOf(end) - floorOf(begin);
+                samples = Templates::floorOf(end) - Templates::floorOf(begin);
                 if (samples < 1)
                     samples = 1;
             }
@@ -474,7 +458,7 @@ Templates::Rational<int64> EssenceReader::indexableDuration() const
     if (master.container == 0)
         return Time(0);
     Templates::Rational<int> rate = master.container->editRate().value();
-    if (!usableRate(rate))
+    if (!isUsableRate(rate))
         return Time(0);
     return editUnits2Seconds(Time(static_cast<int64>(master.container->indexableDuration())), rate);
 }

@@ -13,13 +13,10 @@ using namespace Vellum::DataIO;
 using Vellum::DataIO::Testing::CountingBlockFactory;
 using Vellum::DataIO::Testing::bytesOf;
 using Vellum::DataIO::Testing::counting;
+using Vellum::DataIO::Testing::window;
 
 namespace
 {
-Templates::auto_ptr<Slice> window(BlockHolder const & block, uint64 offset, uint64 size)
-{
-    return Templates::auto_ptr<Slice>(new Slice(block.block(), offset, size));
-}
 } // namespace
 
 TEST(BufferSliceSourceTest, QueueReadSkipAndClose)

@@ -11,13 +11,10 @@ using Vellum::DataIO::Testing::CountingBlock;
 using Vellum::DataIO::Testing::CountingBlockFactory;
 using Vellum::DataIO::Testing::bytesOf;
 using Vellum::DataIO::Testing::counting;
+using Vellum::DataIO::Testing::window;
 
 namespace
 {
-Templates::auto_ptr<Slice> window(BlockHolder const & block, uint64 offset, uint64 size)
-{
-    return Templates::auto_ptr<Slice>(new Slice(block.block(), offset, size));
-}
 
 int references(BlockHolder const & block)
 {

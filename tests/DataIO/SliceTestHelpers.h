@@ -78,6 +78,12 @@ inline BlockHolder CountingBlock::create(uint64 size)
     return factory_.create(size);
 }
 
+// A slice of `size` bytes of the block from `offset`.
+inline Templates::auto_ptr<Slice> window(BlockHolder const & block, uint64 offset, uint64 size)
+{
+    return Templates::auto_ptr<Slice>(new Slice(block.block(), offset, size));
+}
+
 // Hands out the given pieces one by one, each on a block of its own, whatever size is asked.
 class PieceSource : public SliceSource
 {

@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include "Support/Mxf.h"
+
 #include <cstring>
 #include <functional>
 
@@ -19,15 +21,12 @@
 #include "Support/MemoryAnalyzer.h"
 
 using namespace Vellum;
+using VellumTest::memorySource;
 using Templates::Rational;
 using Templates::SharedPtr;
 
 namespace
 {
-SharedPtr<DataIO::DataSource> memorySource(std::vector<unsigned char> const & bytes)
-{
-    return SharedPtr<DataIO::DataSource>(new DataIO::Memory::MemoryDataSource(bytes.data(), bytes.size()));
-}
 
 SharedPtr<DataIO::SliceSource> sliceSource(std::string const & path)
 {

@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include "Support/Mxf.h"
+
 #include "DataIO/File/FileDataSource.h"
 #include "DataIO/Memory/MemoryDataSource.h"
 #include "Essence/MPEG/MPEG2VideoParser.h"
@@ -9,6 +11,7 @@
 #include "Utils/Text.h"
 
 using namespace Vellum;
+using VellumTest::memorySource;
 using Essence::MPEG::MPEG2Frame;
 
 namespace
@@ -18,10 +21,6 @@ Templates::SharedPtr<DataIO::DataSource> fileSource(std::string const & path)
     return Templates::SharedPtr<DataIO::DataSource>(new DataIO::File::FileDataSource(Utils::wide(path.c_str()).c_str(), 0));
 }
 
-Templates::SharedPtr<DataIO::DataSource> memorySource(std::vector<unsigned char> const & bytes)
-{
-    return Templates::SharedPtr<DataIO::DataSource>(new DataIO::Memory::MemoryDataSource(bytes.data(), bytes.size()));
-}
 
 struct StreamCase
 {

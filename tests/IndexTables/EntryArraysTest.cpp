@@ -28,9 +28,6 @@ struct Over
     KLV::Value value;
 };
 
-int const INVALID_LENGTH = Exceptions::InvalidLength::ERROR_CODE;
-int const INVALID_ELEMENT = Exceptions::InvalidElement::ERROR_CODE;
-int const OUT_OF_BOUNDS = Exceptions::IndexOutOfBounds::ERROR_CODE;
 } // namespace
 
 TEST(DeltaEntryArray, BuildsChecksAndWrites)

@@ -19,7 +19,6 @@ Bytes entryBytes(E const & entry)
     return Bytes(sink.rawBuffer(), sink.rawBuffer() + sink.serializedSize());
 }
 
-int const OUT_OF_BOUNDS = Exceptions::IndexOutOfBounds::ERROR_CODE;
 } // namespace
 
 TEST(DeltaEntry, FieldsOnTheWire)

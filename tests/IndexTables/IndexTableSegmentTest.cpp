@@ -12,10 +12,6 @@ using namespace IndexTest;
 
 namespace
 {
-int const INVALID_LENGTH = Exceptions::InvalidLength::ERROR_CODE;
-int const INVALID_SEGMENT = Exceptions::InvalidIndexSegment::ERROR_CODE;
-int const INVALID_ELEMENT = Exceptions::InvalidElement::ERROR_CODE;
-int const OUT_OF_BOUNDS = Exceptions::IndexOutOfBounds::ERROR_CODE;
 
 // A constant bit rate segment: IndexSID 2, BodySID 1, EditUnitByteCount 0x1000, no arrays.
 Bytes cbrValue()

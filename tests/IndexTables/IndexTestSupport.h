@@ -18,6 +18,12 @@
 
 namespace IndexTest
 {
+// The error codes the index tests expect.
+int const INVALID_LENGTH = Vellum::Exceptions::InvalidLength::ERROR_CODE;
+int const INVALID_ELEMENT = Vellum::Exceptions::InvalidElement::ERROR_CODE;
+int const INVALID_SEGMENT = Vellum::Exceptions::InvalidIndexSegment::ERROR_CODE;
+int const OUT_OF_BOUNDS = Vellum::Exceptions::IndexOutOfBounds::ERROR_CODE;
+
 using VellumTest::Bytes;
 
 inline Bytes currentKey()

@@ -36,13 +36,12 @@ typedef std::vector<unsigned char> Bytes;
 
 using VellumTest::dictionary;
 using VellumTest::messageOf;
-typedef VellumTest::KlvItem Item;
 
 // Offsets of the packets of a track number, in file order.
-std::vector<size_t> offsetsOf(std::vector<Item> const & items, unsigned int trackNumber)
+std::vector<size_t> offsetsOf(std::vector<VellumTest::KlvItem> const & items, unsigned int trackNumber)
 {
     std::vector<size_t> offsets;
-    for (Item const & item : items)
+    for (VellumTest::KlvItem const & item : items)
         if (item.essenceOrSystem() && item.trackNumber() == trackNumber)
             offsets.push_back(item.offset);
     return offsets;
@@ -58,9 +57,9 @@ std::vector<size_t> ffprobePositions(std::string const & path, char const * stre
 }
 
 // A file opened with its trusted metadata and its first essence container.
-struct Opened
+struct OpenedStorage
 {
-    explicit Opened(std::string const & name) : path(VellumTest::ffmpegFixture(name))
+    explicit OpenedStorage(std::string const & name) : path(VellumTest::ffmpegFixture(name))
     {
         if (path.empty())
             return;
@@ -98,7 +97,7 @@ struct Opened
     Templates::auto_ptr<MXFIO::Reader2> reader;
     Templates::SharedPtr<Metadata::PartitionMetadata> metadata;
     Metadata::Structural::EssenceContainerData * data = nullptr;
-    std::vector<Item> items;
+    std::vector<VellumTest::KlvItem> items;
 };
 
 #define REQUIRE_OPENED(o)                                                                         \
@@ -136,7 +135,7 @@ public:
 
 TEST(MXFIOContentStorageReader, FrameWrappedContainer)
 {
-    Opened o("op1a-mpeg2-pcm.mxf");
+    OpenedStorage o("op1a-mpeg2-pcm.mxf");
     REQUIRE_OPENED(o);
     Templates::auto_ptr<ContentStorageReader> reader = o.open();
     Templates::vector<unsigned int> elements = reader->elements();
@@ -198,7 +197,7 @@ TEST(MXFIOContentStorageReader, FrameWrappedContainer)
 
 TEST(MXFIOContentStorageReader, FineSeekToAnElement)
 {
-    Opened o("op1a-mpeg2-pcm.mxf");
+    OpenedStorage o("op1a-mpeg2-pcm.mxf");
     REQUIRE_OPENED(o);
     Templates::auto_ptr<ContentStorageReader> reader = o.open();
     std::vector<size_t> pictures = offsetsOf(o.items, mpegPicture);
@@ -254,7 +253,7 @@ TEST(MXFIOContentStorageReader, FineSeekToAnElement)
 
 TEST(MXFIOContentStorageReader, ConstantEditUnitsAndSystemItems)
 {
-    Opened o("d10.mxf");
+    OpenedStorage o("d10.mxf");
     REQUIRE_OPENED(o);
     Templates::auto_ptr<ContentStorageReader> reader = o.open();
     EXPECT_FALSE(reader->clipWrapped());
@@ -293,7 +292,7 @@ TEST(MXFIOContentStorageReader, ConstantEditUnitsAndSystemItems)
     }
     EXPECT_EQ(pictureCount, 10u);
     std::vector<size_t> expected;
-    for (Item const & item : o.items)
+    for (VellumTest::KlvItem const & item : o.items)
         if (item.essenceOrSystem() && item.key[12] == 0x04)
             expected.push_back(item.offset);
     EXPECT_EQ(listener.offsets, expected);
@@ -304,7 +303,7 @@ TEST(MXFIOContentStorageReader, ConstantEditUnitsAndSystemItems)
 
 TEST(MXFIOContentStorageReader, ClipWrappedContainer)
 {
-    Opened o("opatom-dnxhd.mxf");
+    OpenedStorage o("opatom-dnxhd.mxf");
     REQUIRE_OPENED(o);
     Templates::auto_ptr<ContentStorageReader> reader = o.open();
     EXPECT_TRUE(reader->clipWrapped());
@@ -332,7 +331,7 @@ TEST(MXFIOContentStorageReader, ClipWrappedContainer)
 
 TEST(MXFIOContentStorageReader, ReadsAcrossBodyPartitions)
 {
-    Opened o("op1a-partitions.mxf");
+    OpenedStorage o("op1a-partitions.mxf");
     REQUIRE_OPENED(o);
     std::vector<size_t> packages = offsetsOf(o.items, systemPack);
     ASSERT_EQ(packages.size(), 300u);
@@ -366,7 +365,7 @@ TEST(MXFIOContentStorageReader, ReadsAcrossBodyPartitions)
     // From the last unit of one partition on into the next.
     ASSERT_TRUE(reader->seek(249));
     std::vector<size_t> expected;
-    for (Item const & item : o.items)
+    for (VellumTest::KlvItem const & item : o.items)
         if (item.offset >= packages[249] && item.offset <= packages[250] && item.essenceOrSystem())
             expected.push_back(item.offset);
     std::vector<size_t> read;
@@ -384,7 +383,7 @@ TEST(MXFIOContentStorageReader, ReadsAcrossBodyPartitions)
 
 TEST(MXFIOContentStorageReader, ConstructionChecks)
 {
-    Opened o("op1a-mpeg2-pcm.mxf");
+    OpenedStorage o("op1a-mpeg2-pcm.mxf");
     REQUIRE_OPENED(o);
     Types::UInt32 const original = *o.data->bodySID();
 
@@ -436,7 +435,7 @@ private:
 
 TEST(MXFIOContentStorageReader, ElementReadersAndTheirChecks)
 {
-    Opened o("op1a-mpeg2-pcm.mxf");
+    OpenedStorage o("op1a-mpeg2-pcm.mxf");
     REQUIRE_OPENED(o);
     Templates::auto_ptr<ContentStorageReader> reader = o.open();
     Types::Rational const rate(25, 1);
@@ -474,7 +473,7 @@ TEST(MXFIOContentStorageReader, ElementReadersAndTheirChecks)
     video->sequence()->duration(&original);
     EXPECT_NO_THROW(reader->elementReader(mpegPicture, 0, 50, rate));
 
-    Opened clip("opatom-dnxhd.mxf");
+    OpenedStorage clip("opatom-dnxhd.mxf");
     REQUIRE_OPENED(clip);
     Templates::auto_ptr<ContentStorageReader> clipReader = clip.open();
     unsigned int const number = clipReader->elements()[0];
@@ -484,7 +483,7 @@ TEST(MXFIOContentStorageReader, ElementReadersAndTheirChecks)
 
 TEST(MXFIOContentStorageReader, ProvidersOfTheProfile)
 {
-    Opened o("op1a-partitions.mxf");
+    OpenedStorage o("op1a-partitions.mxf");
     REQUIRE_OPENED(o);
     std::vector<size_t> packages = offsetsOf(o.items, systemPack);
     ASSERT_EQ(packages.size(), 300u);
@@ -520,7 +519,7 @@ TEST(MXFIOContentStorageReader, ProvidersOfTheProfile)
 
 TEST(MXFIOContentStorageReader, PlainReaderWalksThePartitions)
 {
-    Opened o("op1a-partitions.mxf");
+    OpenedStorage o("op1a-partitions.mxf");
     REQUIRE_OPENED(o);
     std::vector<size_t> packages = offsetsOf(o.items, systemPack);
     ASSERT_EQ(packages.size(), 300u);

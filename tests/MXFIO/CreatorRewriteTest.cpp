@@ -19,13 +19,6 @@ using MXFIO::PullCreator;
 
 namespace
 {
-TestSourceOptions units(unsigned count, unsigned size = 1000)
-{
-    TestSourceOptions options;
-    options.units = count;
-    options.size = size;
-    return options;
-}
 
 // A creator over one test source, run to its end.
 struct CreatorRun

@@ -15,13 +15,6 @@ typedef Templates::Rational<int64> Seconds;
 
 namespace
 {
-TestSourceOptions units(unsigned count, unsigned size = 1000)
-{
-    TestSourceOptions options;
-    options.units = count;
-    options.size = size;
-    return options;
-}
 
 // A generic stream of three packets.
 class TestStream : public GenericStream::Source

@@ -62,13 +62,13 @@ Bytes const ESSENCE = {0x06, 0x0e, 0x2b, 0x34, 0x01, 0x02, 0x01, 0x01, 0x0d, 0x0
 
 // Where the damage goes: partitions, the RIP, the Preface, the EssenceContainerData, the last index
 // segment, the first essence element with more than two bytes.
-struct Layout
+struct CheckedLayout
 {
     std::vector<Klv> partitions;
     Klv rip{0, 0, 0}, preface{0, 0, 0}, containerData{0, 0, 0}, segment{0, 0, 0}, essence{0, 0, 0};
     std::uint64_t size = 0;
 
-    explicit Layout(Bytes const & b) : size(b.size())
+    explicit CheckedLayout(Bytes const & b) : size(b.size())
     {
         for (Klv const & k : packets(b))
         {
@@ -145,63 +145,63 @@ std::string at(std::uint64_t offset, char const * code) { return std::to_string(
 struct Damage
 {
     char const * name;
-    std::function<void(Bytes &, Layout const &)> damage;
-    std::function<std::vector<std::string>(Layout const &)> expected;
+    std::function<void(Bytes &, CheckedLayout const &)> damage;
+    std::function<std::vector<std::string>(CheckedLayout const &)> expected;
 };
 
 std::vector<Damage> const DAMAGES = {
     {"half an essence element",
-     [](Bytes & b, Layout const & l) { b.resize(l.essence.valueOffset + l.essence.length / 2); },
-     [](Layout const & l) {
+     [](Bytes & b, CheckedLayout const & l) { b.resize(l.essence.valueOffset + l.essence.length / 2); },
+     [](CheckedLayout const & l) {
          return std::vector<std::string>{at(0, "footer-pointer"), at(l.body().offset, "footer-pointer"),
                                          at(l.essence.offset, "truncated")};
      }},
     // The reader, that trusts the pointers to the footer, cannot walk to it or back from it.
-    {"cut inside the footer pack", [](Bytes & b, Layout const & l) { b.resize(l.footer().valueOffset + 30); },
-     [](Layout const & l) {
+    {"cut inside the footer pack", [](Bytes & b, CheckedLayout const & l) { b.resize(l.footer().valueOffset + 30); },
+     [](CheckedLayout const & l) {
          return std::vector<std::string>{at(0, "footer-pointer"), at(0, "reader-backward"),
                                          at(l.body().offset, "footer-pointer"), at(l.body().offset, "reader-forward"),
                                          at(l.footer().offset, "truncated")};
      }},
-    {"cut inside a key", [](Bytes & b, Layout const & l) { b.resize(l.footer().end() + 10); },
-     [](Layout const & l) {
+    {"cut inside a key", [](Bytes & b, CheckedLayout const & l) { b.resize(l.footer().end() + 10); },
+     [](CheckedLayout const & l) {
          return std::vector<std::string>{at(l.footer().end(), "truncated"), at(l.footer().end() + 10, "rip-missing")};
      }},
-    {"no RIP", [](Bytes & b, Layout const & l) { b.resize(l.rip.offset); },
-     [](Layout const & l) { return std::vector<std::string>{at(l.rip.offset, "rip-missing")}; }},
+    {"no RIP", [](Bytes & b, CheckedLayout const & l) { b.resize(l.rip.offset); },
+     [](CheckedLayout const & l) { return std::vector<std::string>{at(l.rip.offset, "rip-missing")}; }},
     {"footer pointer at the body",
-     [](Bytes & b, Layout const & l) { put(b, l.header().valueOffset + FOOTER_PARTITION, l.body().offset, 8); },
-     [](Layout const & l) {
+     [](Bytes & b, CheckedLayout const & l) { put(b, l.header().valueOffset + FOOTER_PARTITION, l.body().offset, 8); },
+     [](CheckedLayout const & l) {
          return std::vector<std::string>{at(0, "footer-pointer"), at(l.footer().offset, "reader-footer")};
      }},
     {"footer pointer inside the footer",
-     [](Bytes & b, Layout const & l) { put(b, l.header().valueOffset + FOOTER_PARTITION, l.footer().offset + 20, 8); },
-     [](Layout const & l) {
+     [](Bytes & b, CheckedLayout const & l) { put(b, l.header().valueOffset + FOOTER_PARTITION, l.footer().offset + 20, 8); },
+     [](CheckedLayout const & l) {
          return std::vector<std::string>{at(0, "footer-pointer"), at(l.footer().offset, "reader-footer")};
      }},
     {"footer pointer past the end",
-     [](Bytes & b, Layout const & l) { put(b, l.header().valueOffset + FOOTER_PARTITION, l.size + 1000, 8); },
-     [](Layout const &) { return std::vector<std::string>{at(0, "footer-pointer")}; }},
+     [](Bytes & b, CheckedLayout const & l) { put(b, l.header().valueOffset + FOOTER_PARTITION, l.size + 1000, 8); },
+     [](CheckedLayout const &) { return std::vector<std::string>{at(0, "footer-pointer")}; }},
     {"the footer's own pointer 0, the body's too",
-     [](Bytes & b, Layout const & l) {
+     [](Bytes & b, CheckedLayout const & l) {
          put(b, l.footer().valueOffset + FOOTER_PARTITION, 0, 8);
          put(b, l.body().valueOffset + FOOTER_PARTITION, 0, 8);
      },
-     [](Layout const & l) { return std::vector<std::string>{at(l.footer().offset, "footer-pointer")}; }},
+     [](CheckedLayout const & l) { return std::vector<std::string>{at(l.footer().offset, "footer-pointer")}; }},
     {"a dangling ContentStorage reference",
-     [](Bytes & b, Layout const & l) { b[item(b, l.preface, 0x3b03) + 15] ^= 0xff; },
-     [](Layout const & l) { return std::vector<std::string>{at(l.preface.offset, "dangling-reference")}; }},
+     [](Bytes & b, CheckedLayout const & l) { b[item(b, l.preface, 0x3b03) + 15] ^= 0xff; },
+     [](CheckedLayout const & l) { return std::vector<std::string>{at(l.preface.offset, "dangling-reference")}; }},
     {"no ContentStorage reference",
-     [](Bytes & b, Layout const & l) { put(b, item(b, l.preface, 0x3b03) - 4, 0xfff0, 2); },
-     [](Layout const & l) { return std::vector<std::string>{at(l.preface.offset, "required-missing")}; }},
+     [](Bytes & b, CheckedLayout const & l) { put(b, item(b, l.preface, 0x3b03) - 4, 0xfff0, 2); },
+     [](CheckedLayout const & l) { return std::vector<std::string>{at(l.preface.offset, "required-missing")}; }},
     {"no ContentStorage reference in an open header",
-     [](Bytes & b, Layout const & l) {
+     [](Bytes & b, CheckedLayout const & l) {
          put(b, item(b, l.preface, 0x3b03) - 4, 0xfff0, 2);
          b[l.header().offset + 14] = 0x03;
      },
-     [](Layout const &) { return std::vector<std::string>{}; }},
-    {"a partition pack of status 0", [](Bytes & b, Layout const & l) { b[l.body().offset + 14] = 0; },
-     [](Layout const & l) {
+     [](CheckedLayout const &) { return std::vector<std::string>{}; }},
+    {"a partition pack of status 0", [](Bytes & b, CheckedLayout const & l) { b[l.body().offset + 14] = 0; },
+     [](CheckedLayout const & l) {
          // Without the body's BodySID the metadata and the index name an essence container of none.
          return std::vector<std::string>{at(0, "reader-forward"), at(l.containerData.offset, "container-data"),
                                          at(l.body().offset, "partition-unreadable"),
@@ -262,7 +262,7 @@ TEST(FileChecker, ReportsEachDamageWhereItIs)
     for (std::string const & path : damageSubjects())
     {
         Bytes const bytes = VellumTest::readFile(path);
-        Layout const layout(bytes);
+        CheckedLayout const layout(bytes);
         ASSERT_GE(layout.partitions.size(), 3u) << path;
         ASSERT_NE(0u, layout.rip.length * layout.preface.length * layout.essence.length) << path;
         for (Damage const & d : DAMAGES)
@@ -278,7 +278,7 @@ TEST(FileChecker, ReportsEachDamageWhereItIs)
 TEST(FileChecker, SaysWhatIsWrongInWords)
 {
     Bytes const bytes = VellumTest::readFile(std::string(VELLUM_SOURCE_DIR) + "/examples/small.mxf");
-    Layout const l(bytes);
+    CheckedLayout const l(bytes);
     ASSERT_EQ(3u, l.partitions.size());
     ASSERT_EQ(34304u, l.segment.offset);
     std::uint64_t const entries = item(bytes, l.segment, 0x3f0a);

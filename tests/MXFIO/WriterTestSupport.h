@@ -30,6 +30,15 @@ namespace WriterTest
 {
 using namespace Vellum;
 using VellumTest::TestSourceOptions;
+
+// A test source of `count` units of `size` bytes.
+inline TestSourceOptions units(unsigned count, unsigned size = 1000)
+{
+    TestSourceOptions options;
+    options.units = count;
+    options.size = size;
+    return options;
+}
 typedef std::vector<unsigned char> Bytes;
 
 struct Plan

@@ -24,7 +24,7 @@ KLV::Key schemaKey()
     return KLV::Key(bytes);
 }
 
-Types::UniversalLabel labelOf(unsigned char last)
+Types::UniversalLabel validationLabel(unsigned char last)
 {
     unsigned char bytes[16] = {0x06, 0x0e, 0x2b, 0x34, 0x01, 0x01, 0x01, 0x01,
                                0x0e, 0x7d, 0x00, 0x00, 0x00, 0x00, 0x00, last};
@@ -35,12 +35,12 @@ Types::UniversalLabel labelOf(unsigned char last)
 //   required (Req), encoder (E/req), decoder (D/req), best (B.Effort, distinguished 0xFFFFFFFF),
 //   plain (Opt), semantic (Opt, semantics validation, distinguished 0), semanticPlain (Opt,
 //   semantics validation, no distinguished value).
-struct Schema
+struct ValidationSchema
 {
     Templates::SharedPtr<MetaMetadata::Dictionary> dictionary;
     std::vector<std::string> names;
 
-    explicit Schema(bool withProperty = true) : dictionary(new MetaMetadata::Dictionary)
+    explicit ValidationSchema(bool withProperty = true) : dictionary(new MetaMetadata::Dictionary)
     {
         MetaMetadata::MetaMetadataSet set(schemaKey());
         add(set, "required", AttributeRequiredStatus::Required, nullptr, "", withProperty);
@@ -56,7 +56,7 @@ struct Schema
     void add(MetaMetadata::MetaMetadataSet & set, char const * name, AttributeRequiredStatus::Status status,
              Types::BaseType const * distinguished, char const * semantics, bool withProperty)
     {
-        Types::UniversalLabel label = labelOf(static_cast<unsigned char>(names.size() + 1));
+        Types::UniversalLabel label = validationLabel(static_cast<unsigned char>(names.size() + 1));
         names.push_back(name);
         Templates::auto_ptr<MetaMetadata::MetaElement> element(new MetaMetadata::MetaSimpleElement(label, Types::Identifiers::UInt32));
         element->addProperty(w("name").c_str(), w(name).c_str());
@@ -70,11 +70,11 @@ struct Schema
     }
 };
 
-void give(Metadata::MetadataSet & set, Schema const & schema, char const * name, Platform::UInt32 value)
+void give(Metadata::MetadataSet & set, ValidationSchema const & schema, char const * name, Platform::UInt32 value)
 {
     std::size_t index = std::find(schema.names.begin(), schema.names.end(), name) - schema.names.begin();
     Metadata::SimpleElement & element =
-        static_cast<Metadata::SimpleElement &>(set.find(labelOf(static_cast<unsigned char>(index + 1))));
+        static_cast<Metadata::SimpleElement &>(set.find(validationLabel(static_cast<unsigned char>(index + 1))));
     element.set(Templates::auto_ptr<Types::SimpleDataType>(new Types::UInt32(value)), false);
 }
 
@@ -115,7 +115,7 @@ TEST(MetadataSetValidation, EachQueryOverEmptyDistinguishedAndOtherValues)
                              &Metadata::MetadataSet::possiblyIncompleteElements,
                              &Metadata::MetadataSet::possiblyForbiddenElements,
                              &Metadata::MetadataSet::getSemanticsValidationElements};
-    Schema schema;
+    ValidationSchema schema;
     for (Row const & row : rows)
     {
         SCOPED_TRACE(row.what);
@@ -136,7 +136,7 @@ TEST(MetadataSetValidation, EachQueryOverEmptyDistinguishedAndOtherValues)
 
 TEST(MetadataSetValidation, AnAttributeWithoutThePropertyFailsTheQuery)
 {
-    Schema schema(false);
+    ValidationSchema schema(false);
     Metadata::MetadataSet set(schemaKey(), schema.dictionary->find(schemaKey()), nullptr);
     Templates::vector<Metadata::Element *> elements;
     EXPECT_EQ(Exceptions::NotFound::ERROR_CODE, thrownBy([&] { set.openElements(elements); }).code);

@@ -23,7 +23,7 @@ Types::LocalTag tag(unsigned short value)
 
 // A schema with static tags 01.00 -> label 1, 3C.0A -> label 2, and 80.05 -> label 3 (a
 // dictionary entry in the dynamic range, which allocation must skip).
-Templates::SharedPtr<MetaMetadata::Dictionary> schema()
+Templates::SharedPtr<MetaMetadata::Dictionary> testSchema()
 {
     Templates::SharedPtr<MetaMetadata::Dictionary> dictionary(new MetaMetadata::Dictionary());
     dictionary->add(tag(0x0100), label(1));
@@ -44,7 +44,7 @@ Templates::auto_ptr<Packs::PrimerPack> primer(std::initializer_list<std::pair<un
 
 TEST(PartitionDictionaryTest, FindsLabelsOfTagsStrictly)
 {
-    Metadata::PartitionDictionary dictionary(schema(), primer({{0x3c0a, 2}, {0x0100, 9}, {0x8001, 7}, {0x0042, 8}}));
+    Metadata::PartitionDictionary dictionary(testSchema(), primer({{0x3c0a, 2}, {0x0100, 9}, {0x8001, 7}, {0x0042, 8}}));
 
     // A static tag in the Primer that agrees with the schema.
     EXPECT_EQ(dictionary.find(tag(0x3c0a), true), label(2));
@@ -66,7 +66,7 @@ TEST(PartitionDictionaryTest, FindsLabelsOfTagsStrictly)
 
 TEST(PartitionDictionaryTest, StrictStaticTagUnknownToTheSchema)
 {
-    Metadata::PartitionDictionary dictionary(schema(), primer({{0x3c0b, 5}}));
+    Metadata::PartitionDictionary dictionary(testSchema(), primer({{0x3c0b, 5}}));
     EXPECT_EQ(thrown<Exceptions::LocalTagNotFound>("Dictionary does not contain static Local Tag " + n(tag(0x3c0b).toString())),
               thrownBy([&] { dictionary.find(tag(0x3c0b), true); }));
     // Relaxed, the Primer wins.
@@ -75,7 +75,7 @@ TEST(PartitionDictionaryTest, StrictStaticTagUnknownToTheSchema)
 
 TEST(PartitionDictionaryTest, FindsLabelsOfTagsRelaxed)
 {
-    Metadata::PartitionDictionary empty(schema(), primer({}));
+    Metadata::PartitionDictionary empty(testSchema(), primer({}));
     // A static tag that the Primer leaves out resolves through the dictionary.
     EXPECT_EQ(empty.find(tag(0x0100), false), label(1));
     // So does a tag below 01.00.
@@ -89,13 +89,13 @@ TEST(PartitionDictionaryTest, FindsLabelsOfTagsRelaxed)
               thrownBy([&] { empty.find(tag(0x8005), false); }));
 
     // A Primer's redefinition of a static tag wins.
-    Metadata::PartitionDictionary redefining(schema(), primer({{0x0100, 9}}));
+    Metadata::PartitionDictionary redefining(testSchema(), primer({{0x0100, 9}}));
     EXPECT_EQ(redefining.find(tag(0x0100), false), label(9));
 }
 
 TEST(PartitionDictionaryTest, FindsTagsOfLabelsInThePrimerOnly)
 {
-    Metadata::PartitionDictionary dictionary(schema(), primer({{0x8003, 6}}));
+    Metadata::PartitionDictionary dictionary(testSchema(), primer({{0x8003, 6}}));
     EXPECT_EQ(dictionary.find(label(6)), tag(0x8003));
     // Label 1 has a static tag in the schema, but a writer's tags are in the Primer.
     EXPECT_EQ(thrown<Exceptions::LocalTagNotFound>("No LocalTag defined for this UniversalLabel"),
@@ -104,7 +104,7 @@ TEST(PartitionDictionaryTest, FindsTagsOfLabelsInThePrimerOnly)
 
 TEST(PartitionDictionaryTest, GeneratesTags)
 {
-    Metadata::PartitionDictionary dictionary(schema(), Templates::auto_ptr<Packs::PrimerPack>());
+    Metadata::PartitionDictionary dictionary(testSchema(), Templates::auto_ptr<Packs::PrimerPack>());
     EXPECT_EQ(dictionary.primer().count(), 0u);
 
     // A static tag goes into the Primer, and is found there the second time.
@@ -125,7 +125,7 @@ TEST(PartitionDictionaryTest, GeneratesTags)
 
 TEST(PartitionDictionaryTest, GenerationSkipsTagsOfALoadedPrimer)
 {
-    Metadata::PartitionDictionary dictionary(schema(), primer({{0x8000, 20}, {0x8001, 21}}));
+    Metadata::PartitionDictionary dictionary(testSchema(), primer({{0x8000, 20}, {0x8001, 21}}));
     EXPECT_EQ(dictionary.findOrGenerate(label(30)), tag(0x8002));
 }
 

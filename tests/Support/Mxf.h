@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "DataIO/Memory/MemoryDataSink.h"
+#include "DataIO/Memory/MemoryDataSource.h"
 #include "Exceptions/Exceptions.h"
 #include "MetaMetadata/StandardDictionary.h"
 #include "Utils/Text.h"
@@ -48,6 +49,13 @@ struct Thrown
     Bytes data;
 };
 Thrown thrownBy(std::function<void()> const & call);
+
+// A source over its own copy of `bytes`.
+inline Vellum::Templates::SharedPtr<Vellum::DataIO::DataSource> memorySource(Bytes const & bytes)
+{
+    return Vellum::Templates::SharedPtr<Vellum::DataIO::DataSource>(
+        new Vellum::DataIO::Memory::MemoryDataSource(bytes.data(), bytes.size()));
+}
 
 inline Bytes cat(Bytes a, Bytes const & b)
 {

@@ -4,7 +4,7 @@
 
 #include <ostream>
 
-#include "KLV/KLVTestSupport.h"
+#include "Support/Mxf.h"
 
 namespace VellumTest
 {
@@ -17,6 +17,12 @@ inline void PrintTo(Thrown const & t, std::ostream * out)
 {
     *out << "code " << t.code << " \"" << t.message << "\"";
 }
+
+template <class E>
+Thrown thrown(std::string const & message)
+{
+    return Thrown{E::ERROR_CODE, message, Bytes()};
+}
 } // namespace VellumTest
 
 namespace Vellum
@@ -24,11 +30,6 @@ namespace Vellum
 namespace KLVTest
 {
 using VellumTest::operator==;
-
-template <class E>
-Thrown thrown(std::string const & message)
-{
-    return Thrown{E::ERROR_CODE, message, Bytes()};
-}
+using VellumTest::thrown;
 } // namespace KLVTest
 } // namespace Vellum

@@ -58,14 +58,14 @@ TEST(Collections, ShortDataCarriesWhatWasRead)
     Thrown t = thrownBy([&] { Types::Batch b(twoBytes.value(), Id::UInt32); });
     EXPECT_EQ(Exceptions::InvalidLength::ERROR_CODE, t.code);
     EXPECT_EQ("Invalid data size in collection. Not enough data to read number of elements", t.message);
-    EXPECT_EQ(Bytes({0, 0}), t.readData);
+    EXPECT_EQ(Bytes({0, 0}), t.data);
 
     // Count, but only half the element size: the eight header bytes as far as they are known.
     ValueOver sixBytes(Bytes{0, 0, 0, 2, 0, 1});
     t = thrownBy([&] { Types::Array a(sixBytes.value(), Id::UInt32); });
     EXPECT_EQ(Exceptions::InvalidLength::ERROR_CODE, t.code);
     EXPECT_EQ("Invalid data size in collection. Not enough data to read element entry size", t.message);
-    EXPECT_EQ(Bytes({0, 0, 0, 2, 0, 1, 0, 0}), t.readData);
+    EXPECT_EQ(Bytes({0, 0, 0, 2, 0, 1, 0, 0}), t.data);
 
     // Count 2, size 16, and 20 bytes: the header and all that remained.
     Bytes data = {0, 0, 0, 2, 0, 0, 0, 16};
@@ -75,8 +75,8 @@ TEST(Collections, ShortDataCarriesWhatWasRead)
     t = thrownBy([&] { Types::Batch b(twenty.value(), Id::UL); });
     EXPECT_EQ(Exceptions::InvalidLength::ERROR_CODE, t.code);
     EXPECT_EQ("Invalid data size in collection. Not enough data to read 2 elements of size 16", t.message);
-    EXPECT_EQ(28u, t.readData.size());
-    EXPECT_EQ(data, t.readData);
+    EXPECT_EQ(28u, t.data.size());
+    EXPECT_EQ(data, t.data);
 }
 
 TEST(Collections, HostileCountsFailFastWithLittleMemory)
@@ -99,7 +99,7 @@ TEST(Collections, HostileCountsFailFastWithLittleMemory)
     EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(2));
     EXPECT_EQ(Exceptions::InvalidLength::ERROR_CODE, t.code);
     EXPECT_EQ("Invalid data size in Value to create an element in the collection.", t.message);
-    EXPECT_EQ(Bytes(claimed.begin(), claimed.begin() + 8), t.readData);
+    EXPECT_EQ(Bytes(claimed.begin(), claimed.begin() + 8), t.data);
 
     // Elements that take no bytes cannot make a count run on.
     Bytes zeroSized = {0xFF, 0xFF, 0xFF, 0xFF, 0, 0, 0, 0};
@@ -115,7 +115,7 @@ TEST(Collections, ElementFailuresBecomeInvalidLength)
     Thrown t = thrownBy([&] { Types::Array a(noMaker.value(), Id::DeltaEntryType); });
     EXPECT_EQ(Exceptions::InvalidLength::ERROR_CODE, t.code);
     EXPECT_EQ("Invalid data size in Value to create an element in the collection.", t.message);
-    EXPECT_EQ(Bytes({0, 0, 0, 1, 0, 0, 0, 2}), t.readData);
+    EXPECT_EQ(Bytes({0, 0, 0, 1, 0, 0, 0, 2}), t.data);
 
     // A header whose element size is smaller than the type's: the second element runs short.
     ValueOver tooSmall(Bytes{0, 0, 0, 2, 0, 0, 0, 3, 1, 2, 3, 4, 5, 6});

@@ -138,7 +138,7 @@ TYPED_TEST(IdentifierCommonTest, ReadsItsBytesFromAValue)
     Thrown caught = thrownBy([&] { TypeParam fail(shortOver.value()); });
     EXPECT_EQ(int(Exceptions::InvalidLength::ERROR_CODE), caught.code);
     EXPECT_EQ("Invalid data size in Value", caught.message);
-    EXPECT_EQ(uint64(TypeParam::SIZE - 1), caught.readData.size());
+    EXPECT_EQ(uint64(TypeParam::SIZE - 1), caught.data.size());
 }
 
 TYPED_TEST(IdentifierCommonTest, TextRoundTripsInEveryAcceptedForm)

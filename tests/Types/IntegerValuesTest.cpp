@@ -34,7 +34,7 @@ void roundTrip(typename T::NativeType number, Bytes const & expected)
     Thrown t = thrownBy([&] { T failed(shortOver.value()); });
     EXPECT_EQ(Exceptions::InvalidLength::ERROR_CODE, t.code);
     EXPECT_EQ("Invalid data size in Value", t.message);
-    EXPECT_EQ(shortData, t.readData);
+    EXPECT_EQ(shortData, t.data);
 }
 } // namespace
 

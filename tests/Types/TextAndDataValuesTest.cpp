@@ -56,7 +56,7 @@ TEST(TextValues, UTF16StringEdges)
     t = thrownBy([&] { Types::UTF16String s(lying.value()); });
     EXPECT_EQ(Exceptions::InvalidLength::ERROR_CODE, t.code);
     EXPECT_EQ("Invalid data size in Value", t.message);
-    EXPECT_EQ(Bytes({0, 'a', 0, 'b'}), t.readData);
+    EXPECT_EQ(Bytes({0, 'a', 0, 'b'}), t.data);
 
     // Beyond 32 bits, before any byte is read.
     ValueOver huge(Bytes{0, 'a'}, uint64(1) << 33);
@@ -109,7 +109,7 @@ TEST(OpaqueValues, KeepTheirBytes)
     Thrown t = thrownBy([&] { Types::DataStream s(lying.value()); });
     EXPECT_EQ(Exceptions::InvalidLength::ERROR_CODE, t.code);
     EXPECT_EQ("Invalid data size in Value", t.message);
-    EXPECT_EQ(Bytes({1, 2, 3}), t.readData);
+    EXPECT_EQ(Bytes({1, 2, 3}), t.data);
 }
 
 TEST(OpaqueValues, J2KPictureComponent)

@@ -28,7 +28,7 @@ std::string hexOf(T const & id)
 }
 
 template <class T>
-Thrown loading(std::string const & text, Types::StringRepresentationEncodingType form = Types::Hexadecimal)
+Thrown loadingUMID(std::string const & text, Types::StringRepresentationEncodingType form = Types::Hexadecimal)
 {
     return thrownBy([&] { T id(w(text).c_str(), form); });
 }
@@ -62,15 +62,15 @@ TEST(UMIDTest, PrintsAndLoadsPlainHexadecimal)
 TEST(UMIDTest, RefusesMalformedText)
 {
     std::string const good32 = "0x" + std::string(64, 'a');
-    EXPECT_EQ(0, loading<UMID32>(good32).code);
+    EXPECT_EQ(0, loadingUMID<UMID32>(good32).code);
     Thrown const tooShort = thrown<Exceptions::InvalidLength>("Not enough data");
     Thrown const noPrefix =
         thrown<Exceptions::InvalidLabel>("Expecting 0x in the start of the plain hexadecimal string representation");
-    EXPECT_EQ(tooShort, loading<UMID32>(good32.substr(1)));
+    EXPECT_EQ(tooShort, loadingUMID<UMID32>(good32.substr(1)));
     // A basic UMID's text is too short for an extended one.
-    EXPECT_EQ(tooShort, loading<UMID64>(good32));
-    EXPECT_EQ(noPrefix, loading<UMID32>("1x" + std::string(64, 'a')));
-    EXPECT_EQ(noPrefix, loading<UMID64>("0X" + std::string(128, 'a')));
+    EXPECT_EQ(tooShort, loadingUMID<UMID64>(good32));
+    EXPECT_EQ(noPrefix, loadingUMID<UMID32>("1x" + std::string(64, 'a')));
+    EXPECT_EQ(noPrefix, loadingUMID<UMID64>("0X" + std::string(128, 'a')));
     EXPECT_EQ(thrown<Exceptions::InvalidLabel>("Label contains non Hexadecimal characters"),
-              loading<UMID64>("0x" + std::string(127, 'a') + "x"));
+              loadingUMID<UMID64>("0x" + std::string(127, 'a') + "x"));
 }

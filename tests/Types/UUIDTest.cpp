@@ -13,7 +13,7 @@ namespace
 unsigned char const COUNTING[16] = {0x00, 0x11, 0x22, 0x33, 0x44, 0x55, 0x66, 0x77,
                                     0x88, 0x99, 0xaa, 0xbb, 0xcc, 0xdd, 0xee, 0xff};
 
-Thrown loading(char const * text)
+Thrown loadingUUID(char const * text)
 {
     return thrownBy([&] { UUID uuid(w(text).c_str(), Types::RFC4122); });
 }
@@ -49,5 +49,5 @@ TEST(UUIDTest, RefusesMalformedText)
          thrown<Exceptions::InvalidLabel>("Expections an separator that was not a hexadecimal character")},
         {"00112233-4455-6677-8899-aabbccddeegf", thrown<Exceptions::InvalidLabel>("Label contains non Hexadecimal characters")}};
     for (Row const & row : rows)
-        EXPECT_EQ(row.expected, loading(row.text)) << row.text;
+        EXPECT_EQ(row.expected, loadingUUID(row.text)) << row.text;
 }

@@ -15,7 +15,7 @@ namespace
 unsigned char const FILL[16] = {0x06, 0x0e, 0x2b, 0x34, 0x01, 0x01, 0x01, 0x01,
                                 0x03, 0x01, 0x02, 0x10, 0x01, 0x00, 0x00, 0x00};
 
-Thrown loading(char const * text, Types::StringRepresentationEncodingType form = Types::OID)
+Thrown loadingLabel(char const * text, Types::StringRepresentationEncodingType form = Types::OID)
 {
     return thrownBy([&] { UniversalLabel label(w(text).c_str(), form); });
 }
@@ -72,7 +72,7 @@ TEST(UniversalLabelTest, RefusesMalformedOIDs)
                       {"1.3.53.1.2.3.4.5.6.7.8.9.10.11.12.13",
                        thrown<Exceptions::InvalidLength>("OID contains more elements than expected")}};
     for (Row const & row : rows)
-        EXPECT_EQ(row.expected, loading(row.text)) << row.text;
+        EXPECT_EQ(row.expected, loadingLabel(row.text)) << row.text;
     UniversalLabel full(w("1.3.53.1.2.3.4.5.6.7.8.9.10.11.12").c_str(), Types::OID);
     EXPECT_EQ(12, full.rawBuffer()[15]);
 

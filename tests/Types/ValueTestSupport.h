@@ -13,10 +13,11 @@
 #include "KLV/Value.h"
 #include "Types/SimpleDataType.h"
 #include "Utils/Text.h"
+#include "Support/ThrownCompare.h"
 
 namespace ValueTest
 {
-typedef std::vector<unsigned char> Bytes;
+using VellumTest::Bytes;
 
 // A KLV value of `length` bytes (all of them by default) over its own copy of `bytes`.
 class ValueOver
@@ -53,53 +54,9 @@ inline Bytes raw(Vellum::Types::SimpleDataType const & value)
     return Bytes(value.rawBuffer(), value.rawBuffer() + value.serializedSize());
 }
 
-// What a call threw: the error code (0 for nothing, -1 for a foreign exception), the message, and
-// for InvalidLength the bytes it carries.
-struct Thrown
-{
-    int code;
-    std::string message;
-    Bytes readData;
-};
-
-inline Thrown thrownBy(std::function<void()> const & call)
-{
-    try
-    {
-        call();
-    }
-    catch (Vellum::Exceptions::InvalidLength const & e)
-    {
-        return Thrown{e.errorCode(), Vellum::Utils::narrow(e.message()).c_str(),
-                      Bytes(e.readData(), e.readData() + e.readDataLength())};
-    }
-    catch (Vellum::Exceptions::BaseException const & e)
-    {
-        return Thrown{e.errorCode(), Vellum::Utils::narrow(e.message()).c_str(), Bytes()};
-    }
-    catch (...)
-    {
-        return Thrown{-1, "", Bytes()};
-    }
-    return Thrown{0, "", Bytes()};
-}
-
-// Compares code and message only, so that one assertion checks both: EXPECT_EQ(thrown<E>("text"), thrownBy(...)).
-inline bool operator==(Thrown const & a, Thrown const & b)
-{
-    return a.code == b.code && a.message == b.message;
-}
-
-inline void PrintTo(Thrown const & t, std::ostream * out)
-{
-    *out << "code " << t.code << " \"" << t.message << "\"";
-}
-
-template <class E>
-Thrown thrown(std::string const & message)
-{
-    return Thrown{E::ERROR_CODE, message, Bytes()};
-}
+using VellumTest::thrown;
+using VellumTest::Thrown;
+using VellumTest::thrownBy;
 
 inline std::string narrow(unsigned short const * text)
 {

@@ -18,20 +18,20 @@ Bytes contents(DataIO::Memory::MemoryDataSink const & sink)
     return Bytes(sink.rawBuffer(), sink.rawBuffer() + sink.serializedSize());
 }
 
-Bytes const FILL = {0x06, 0x0e, 0x2b, 0x34, 0x01, 0x01, 0x01, 0x01, 0x03, 0x01, 0x02, 0x10, 0x01, 0x00, 0x00, 0x00};
+Bytes const FILL_KEY = {0x06, 0x0e, 0x2b, 0x34, 0x01, 0x01, 0x01, 0x01, 0x03, 0x01, 0x02, 0x10, 0x01, 0x00, 0x00, 0x00};
 } // namespace
 
 TEST(Padding, WritesFillItemsOfAnExactSize)
 {
     DataIO::Memory::MemoryDataSink sink;
     Utils::writeFillKLV(sink, 20, 4);
-    EXPECT_EQ(cat(FILL, Bytes{0x83, 0x00, 0x00, 0x00}), contents(sink));
+    EXPECT_EQ(cat(FILL_KEY, Bytes{0x83, 0x00, 0x00, 0x00}), contents(sink));
 
     DataIO::Memory::MemoryDataSink larger;
     Utils::writeFillKLV(larger, 100, 4);
     Bytes written = contents(larger);
     ASSERT_EQ(100u, written.size());
-    EXPECT_EQ(cat(cat(FILL, Bytes{0x83, 0x00, 0x00, 80}), Bytes(80, 0)), written);
+    EXPECT_EQ(cat(cat(FILL_KEY, Bytes{0x83, 0x00, 0x00, 80}), Bytes(80, 0)), written);
 
     // Larger than the block of zeros: written in pieces, read back as one fill packet.
     DataIO::Memory::MemoryDataSink huge;
@@ -49,7 +49,7 @@ TEST(Padding, WritesFillItemsOfAnExactSize)
 
     DataIO::Memory::MemoryDataSink shortForm;
     Utils::writeFillKLV(shortForm, 17, 1);
-    EXPECT_EQ(cat(FILL, Bytes{0x00}), contents(shortForm));
+    EXPECT_EQ(cat(FILL_KEY, Bytes{0x00}), contents(shortForm));
 }
 
 TEST(Padding, RefusesFillItemsThatCannotBeMade)
@@ -81,7 +81,7 @@ TEST(Padding, AlignsToTheGrid)
     Utils::kagAlign(spill, 512, 4);
     ASSERT_EQ(1024u, spill.serializedSize());
     Bytes written = contents(spill);
-    EXPECT_EQ(cat(FILL, Bytes{0x83, 0x00, 0x01, 0xEE}), Bytes(written.begin() + 510, written.begin() + 530));
+    EXPECT_EQ(cat(FILL_KEY, Bytes{0x83, 0x00, 0x01, 0xEE}), Bytes(written.begin() + 510, written.begin() + 530));
 
     // Room enough for a fill before the grid point.
     DataIO::Memory::MemoryDataSink room;

@@ -20,7 +20,7 @@ using VellumTest::messageOf;
 
 namespace
 {
-uint64 const ALL = ~uint64(0);
+uint64 const EVERYTHING = ~uint64(0);
 
 // Every random access source keeps the same contract: short reads at the end, seeks and skips
 // that stop there, and a discard that goes to the end.
@@ -43,7 +43,7 @@ void expectRandomAccessContract(DataIO::RandomAccessDataSource & source, std::ve
     ASSERT_EQ(1u, source.read(&b, 1));
     EXPECT_EQ(bytes[7], b);
     EXPECT_EQ(size, source.seek(size + 1));
-    EXPECT_EQ(size, source.seek(ALL));
+    EXPECT_EQ(size, source.seek(EVERYTHING));
     EXPECT_EQ(0u, source.remaining());
     EXPECT_EQ(100u, source.seek(100));
     EXPECT_EQ(50u, source.skip(50));
@@ -51,7 +51,7 @@ void expectRandomAccessContract(DataIO::RandomAccessDataSource & source, std::ve
     EXPECT_EQ(bytes[150], b);
     EXPECT_EQ(0u, source.skip(0));
     // Skipping too far gives what was skipped; the largest count does not wrap around.
-    EXPECT_EQ(size - 151, source.skip(ALL));
+    EXPECT_EQ(size - 151, source.skip(EVERYTHING));
     EXPECT_EQ(0u, source.skip(1));
     source.seek(42);
     source.discard();

@@ -24,7 +24,7 @@ Types::SimpleDataType const * valueOf(MetadataSet & set, Types::UniversalLabel c
     return simple(set, label).value();
 }
 
-Bytes bytesOf(MetadataSet & set, Types::UniversalLabel const & label)
+Bytes elementBytes(MetadataSet & set, Types::UniversalLabel const & label)
 {
     Types::SimpleDataType const * value = valueOf(set, label);
     return value != nullptr ? valueBytes(*value) : Bytes();
@@ -54,37 +54,37 @@ TEST(GenerationUIDWriterListener, GivesChangedAndNewSetsTheGenerationOfOneIdenti
     ASSERT_EQ(2, list.size());
     MetadataSet * made = metadata->find(Keys::identification())[1];
     EXPECT_EQ(valueBytes(Types::StrongReference(uidOf(*made))), valueBytes(list.at(1)));
-    Bytes const generation = bytesOf(*made, ULs::thisGenerationUID());
+    Bytes const generation = elementBytes(*made, ULs::thisGenerationUID());
     ASSERT_EQ(16u, generation.size());
-    EXPECT_EQ(generation, bytesOf(*h.preface, ULs::generationUID()));
-    EXPECT_EQ(generation, bytesOf(*h.soundSequence, ULs::generationUID()));
+    EXPECT_EQ(generation, elementBytes(*h.preface, ULs::generationUID()));
+    EXPECT_EQ(generation, elementBytes(*h.soundSequence, ULs::generationUID()));
     // Sets that did not change keep what they had.
-    EXPECT_TRUE(bytesOf(*h.pictureSequence, ULs::generationUID()).empty());
-    EXPECT_TRUE(bytesOf(*h.soundTrack, ULs::generationUID()).empty());
+    EXPECT_TRUE(elementBytes(*h.pictureSequence, ULs::generationUID()).empty());
+    EXPECT_TRUE(elementBytes(*h.soundTrack, ULs::generationUID()).empty());
 
     // The next step uses the same Identification; a new set gets its generation too.
     MetadataSet * created = metadata->createMetadataSet(Keys::sequence());
     setValue(*h.pictureTrack, ULs::trackNumber(), Types::UInt32(5));
     writer->commit();
     EXPECT_EQ(2u, identifications(*metadata));
-    EXPECT_EQ(generation, bytesOf(*created, ULs::generationUID()));
-    EXPECT_EQ(generation, bytesOf(*h.pictureTrack, ULs::generationUID()));
+    EXPECT_EQ(generation, elementBytes(*created, ULs::generationUID()));
+    EXPECT_EQ(generation, elementBytes(*h.pictureTrack, ULs::generationUID()));
 
     // After reset(), a new Identification with a new generation.
     writer->reset();
     setValue(*h.pictureTrack, ULs::trackNumber(), Types::UInt32(6));
     writer->commit();
     ASSERT_EQ(3u, identifications(*metadata));
-    Bytes const third = bytesOf(*metadata->find(Keys::identification())[2], ULs::thisGenerationUID());
+    Bytes const third = elementBytes(*metadata->find(Keys::identification())[2], ULs::thisGenerationUID());
     EXPECT_NE(generation, third);
-    EXPECT_EQ(third, bytesOf(*h.pictureTrack, ULs::generationUID()));
+    EXPECT_EQ(third, elementBytes(*h.pictureTrack, ULs::generationUID()));
 
     // A given Identification is used as it is.
     writer->setIdentification(h.identification);
     setValue(*h.soundClip, ULs::startPosition(), Types::Position(10));
     writer->commit();
     EXPECT_EQ(3u, identifications(*metadata));
-    EXPECT_EQ(bytesOf(*h.identification, ULs::thisGenerationUID()), bytesOf(*h.soundClip, ULs::generationUID()));
+    EXPECT_EQ(elementBytes(*h.identification, ULs::thisGenerationUID()), elementBytes(*h.soundClip, ULs::generationUID()));
 
     // A changed set that went before the commit is forgotten.
     MetadataSet * doomed = metadata->createMetadataSet(Keys::sourceClip());
