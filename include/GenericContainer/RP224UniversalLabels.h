@@ -30,6 +30,9 @@ struct EssenceContainerInfo
 
 // Refuses a label of a known family with a wrapping byte out of its range (InvalidValue).
 EssenceContainerInfo essenceContainerInfo(Types::UniversalLabel const & label);
+// The label of the same essence with the asked wrapping, where its family has both; else the
+// label as it is.
+Types::UniversalLabel withWrapping(Types::UniversalLabel const & label, Wrapping wrapping);
 } // namespace RP224UniversalLabels
 } // namespace GenericContainer
 } // namespace Vellum

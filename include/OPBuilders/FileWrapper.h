@@ -45,6 +45,8 @@ public:
         Utils::TimeCode start;
         // Room kept behind the header metadata for its final version.
         uint64 metadataSpareSpace;
+        // The name of the Material Package; none when empty.
+        Templates::wstring packageName;
     };
 
     // Told the edit units written so far (of the master stream of the file being written).
@@ -53,7 +55,8 @@ public:
     FileWrapper(Templates::SharedPtr<MetaMetadata::Dictionary> dictionary, Options const & options);
     ~FileWrapper();
 
-    // Streams are wrapped in the order they are added; the first picture stream sets the rate.
+    // Streams are wrapped in the order they are added; the first picture stream sets the rate,
+    // else the first stream.
     void addStream(Templates::SharedPtr<GenericContainer::EssenceAnalyzer> analyzer, Templates::wstring const & name);
     // Writes OP1a to the file `target`, or OP-Atom into the folder `target` (which must exist) as
     // one file per stream named after it. Gives the paths written.

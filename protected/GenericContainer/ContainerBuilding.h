@@ -28,6 +28,9 @@ Metadata::Structural::MultipleDescriptor * createMultipleDescriptor(Metadata::Pa
                                                                     Metadata::Structural::SourcePackage & package,
                                                                     Templates::Rational<int> const & rate,
                                                                     Types::UniversalLabel const & essenceContainer);
+// Gives the essence container label of the descriptor of track `trackId` the wrapping of the
+// container it is written in.
+void setDescriptorWrapping(Metadata::Structural::SourcePackage & package, unsigned int trackId, bool clipWrapped);
 // The least common multiple of two grid sizes; 0 on either side gives 0.
 unsigned int combineKAG(unsigned int a, unsigned int b);
 // The next base track ID from `next` on, in steps of 256, that `used` doesn't hold; it is marked.

@@ -5,7 +5,10 @@
 #include "Exceptions/Exceptions.h"
 #include "Metadata/Structural/ContentStorage.h"
 #include "Metadata/Structural/Initialize.h"
+#include "GenericContainer/RP224UniversalLabels.h"
+#include "Metadata/Structural/FileDescriptor.h"
 #include "Metadata/Structural/MultipleDescriptor.h"
+#include "Metadata/Structural/PackageHelpers.h"
 #include "Metadata/Structural/Preface.h"
 #include "Metadata/Structural/PrefaceHelpers.h"
 #include "Metadata/Structural/SourcePackage.h"
@@ -71,6 +74,16 @@ MultipleDescriptor * createMultipleDescriptor(Metadata::PartitionMetadata & meta
     descriptor->essenceContainer(&essenceContainer);
     package.descriptor(descriptor);
     return descriptor;
+}
+
+void setDescriptorWrapping(SourcePackage & package, unsigned int trackId, bool clipWrapped)
+{
+    FileDescriptor * descriptor = fileDescriptorForTrack(package, trackId);
+    if (descriptor == nullptr || descriptor->essenceContainer() == nullptr)
+        return;
+    Types::UniversalLabel const label = RP224UniversalLabels::withWrapping(
+        *descriptor->essenceContainer(), clipWrapped ? RP224UniversalLabels::ClipWrapped : RP224UniversalLabels::FrameWrapped);
+    descriptor->essenceContainer(&label);
 }
 
 unsigned int combineKAG(unsigned int a, unsigned int b)

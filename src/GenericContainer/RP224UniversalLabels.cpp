@@ -138,7 +138,64 @@ EssenceContainerInfo apply(Family const & family, Types::UniversalLabel const & 
     }
     return EssenceContainerInfo();
 }
+// The byte of a family that tells the wrapping, and its frame and clip values; false for a
+// family with one wrapping only.
+bool wrappingByte(Family const & family, unsigned char const * b, unsigned & index, unsigned char & frame,
+                  unsigned char & clip)
+{
+    switch (family.rule)
+    {
+    case Byte15Strict:
+    case Byte15:
+        index = 15, frame = 1, clip = 2;
+        return b[15] == 1 || b[15] == 2;
+    case Byte14Sound:
+        index = 14, frame = b[14] <= 2 ? 1 : 3, clip = b[14] <= 2 ? 2 : 4;
+        return b[14] >= 1 && b[14] <= 4;
+    case Byte14WithCustom:
+    case Byte14Strict:
+        index = 14, frame = 1, clip = 2;
+        return b[14] == 1 || b[14] == 2;
+    default:
+        return false;
+    }
+}
+
+// VC-3 mappings: byte 14 is 1 for frame and 2 for clip wrapping.
+bool isVC3Mapping(unsigned char const * b)
+{
+    static unsigned char const prefix[14] = {0x06, 0x0E, 0x2B, 0x34, 0x04, 0x01, 0x01, 0x00,
+                                             0x0D, 0x01, 0x03, 0x01, 0x02, 0x11};
+    for (unsigned i = 0; i < 14; ++i)
+        if (i != 7 && prefix[i] != b[i])
+            return false;
+    return b[14] == 1 || b[14] == 2;
+}
 } // namespace
+
+Types::UniversalLabel withWrapping(Types::UniversalLabel const & label, Wrapping wrapping)
+{
+    if (wrapping == UnknownWrapping)
+        return label;
+    unsigned char bytes[16];
+    for (unsigned i = 0; i < 16; ++i)
+        bytes[i] = label.rawBuffer()[i];
+    unsigned index = 0;
+    unsigned char frame = 0, clip = 0;
+    bool known = false;
+    for (Family const & family : FAMILIES)
+        if (matches(family, bytes))
+        {
+            known = wrappingByte(family, bytes, index, frame, clip);
+            break;
+        }
+    if (!known && isVC3Mapping(bytes))
+        known = true, index = 14, frame = 1, clip = 2;
+    if (!known)
+        return label;
+    bytes[index] = wrapping == FrameWrapped ? frame : clip;
+    return Types::UniversalLabel(bytes);
+}
 
 EssenceContainerInfo essenceContainerInfo(Types::UniversalLabel const & label)
 {

@@ -7,6 +7,7 @@
 #include "Exceptions/Exceptions.h"
 #include "GenericContainer/ClipWrapper/Wrapper.h"
 #include "GenericContainer/Multiplexer/Mux.h"
+#include "GenericContainer/RP224UniversalLabels.h"
 #include "GenericContainer/Source.h"
 #include "MetaMetadata/Dictionary.h"
 #include "Metadata/PartitionMetadata.h"
@@ -17,6 +18,7 @@
 #include "OPBuilders/OPAtomBuilder.h"
 #include "Platform/Version.h"
 #include "Types/ProductVersion.h"
+#include "Types/UTF16String.h"
 #include "Types/UUID.h"
 #include "Utils/Text.h"
 
@@ -86,7 +88,7 @@ struct FileWrapper::Impl
         for (Analyzer const & a : streams)
             if (a->essenceAnalyzerType() == GenericContainer::EssenceAnalyzer::Picture)
                 return a->editRate();
-        return Rate(25);
+        return streams.front()->editRate();
     }
 
     Templates::auto_ptr<GenericContainer::Source> makeSource(Templates::SharedPtr<Metadata::PartitionMetadata> metadata,
@@ -107,6 +109,15 @@ struct FileWrapper::Impl
 
     Templates::SharedPtr<MetaMetadata::Dictionary> dictionary;
     Options options;
+    // Names the Material Package as the options say.
+    void nameMaterialPackage(MaterialPackageProxy & material) const
+    {
+        if (options.packageName.empty())
+            return;
+        Types::UTF16String const name(options.packageName.c_str());
+        material.package()->packageName(&name);
+    }
+
     Product product;
     Templates::vector<Analyzer> streams;
     Templates::vector<Templates::wstring> names;
@@ -116,13 +127,27 @@ Templates::auto_ptr<GenericContainer::Source>
 FileWrapper::Impl::makeSource(Templates::SharedPtr<Metadata::PartitionMetadata> metadata,
                               Templates::vector<Analyzer> const & analyzers, Rate const & rate) const
 {
+    // OP-Atom files hold their one stream as a clip, as the readers of such files expect.
+    bool const clip = options.clipWrap || options.opAtom;
     Types::UniversalLabel const label =
-        analyzers.size() > 1 ? Metadata::Structural::Wrappings::multipleWrapping() : analyzers.front()->universalLabel();
+        analyzers.size() > 1
+            ? Metadata::Structural::Wrappings::multipleWrapping()
+            : GenericContainer::RP224UniversalLabels::withWrapping(
+                  analyzers.front()->universalLabel(),
+                  clip ? GenericContainer::RP224UniversalLabels::ClipWrapped : GenericContainer::RP224UniversalLabels::FrameWrapped);
     Utils::TimeCode const & tc = options.start;
     bool const hasStart = tc.isDefined();
-    // OP-Atom files hold their one stream as a clip, as the readers of such files expect.
-    if (options.clipWrap || options.opAtom)
+    if (clip)
     {
+        namespace Labels = GenericContainer::RP224UniversalLabels;
+        for (Analyzer const & a : analyzers)
+        {
+            Types::UniversalLabel const own = a->universalLabel();
+            THROW_UNLESS(InvalidValue,
+                         Labels::essenceContainerInfo(Labels::withWrapping(own, Labels::ClipWrapped)).wrapping !=
+                             Labels::FrameWrapped,
+                         "the essence of a stream has frame wrapping only and cannot be written as a clip");
+        }
         GenericContainer::ClipWrapper::Wrapper wrapper(metadata, label, rate,
                                                        Templates::SharedPtr<DataIO::BufferSliceSource>(), 0);
         for (Analyzer const & a : analyzers)
@@ -170,6 +195,7 @@ Templates::vector<Templates::wstring> FileWrapper::Impl::writeOP1a(Templates::ws
                              product.uid, &product.productVersion, 0, false, false);
     MaterialPackageProxy * material =
         builder.createMaterialPackage(options.start.isDefined() ? options.start : Utils::TimeCode(25, 0, false), rate);
+    nameMaterialPackage(*material);
     // Clips go one behind the other, each in an essence container of its own; frames of all
     // streams share one container.
     Sources sources;
@@ -209,8 +235,10 @@ Templates::vector<Templates::wstring> FileWrapper::Impl::writeOPAtom(Templates::
         sources.push_back(makeSource(builder.metadata(), Templates::vector<Analyzer>(1, streams[i]), rate));
         Metadata::Structural::SourcePackage & package = sources.back()->sourcePackage();
         MaterialPackageProxy::TrackProxies tracks;
-        builder.createMaterialPackage(options.start.isDefined() ? options.start : Utils::TimeCode(25, 0, false), rate)
-            ->createTracks(tracks, &package, package);
+        MaterialPackageProxy * material =
+            builder.createMaterialPackage(options.start.isDefined() ? options.start : Utils::TimeCode(25, 0, false), rate);
+        nameMaterialPackage(*material);
+        material->createTracks(tracks, &package, package);
         builder.topLevelFilePackage(package);
         builder.update();
         aggregator.addOPAtomBuilder(&builder);

@@ -73,7 +73,9 @@ VellumTest::ReadReport readVariant(unsigned char const * data, std::size_t size,
     }
     EXPECT_FALSE(report.runaway) << what;
     if (budget > 0)
+    {
         EXPECT_LT(cpuSeconds() - start, budget) << what;
+    }
     return report;
 }
 

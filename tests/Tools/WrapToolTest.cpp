@@ -119,3 +119,31 @@ TEST(WrapTool, OPAtomFilesShareOneMaterialPackage)
     runCommand("rm -rf " + shellQuoted(folder));
 }
 } // namespace
+
+namespace
+{
+TEST(WrapTool, RewrapWritesEveryLayoutThatReadersTakeBack)
+{
+    std::string const in = ffmpegFixture("op1a-mpeg2-pcm.mxf");
+    if (in.empty() || !haveCommand("mediainfo"))
+        GTEST_SKIP() << "ffmpeg or mediainfo is not installed";
+    struct Layout
+    {
+        char const * options;
+        char const * file; // the file to look at, below the output
+        char const * profile;
+    } const layouts[] = {{"", "", "OP-1a"}, {"--clip-wrap", "", "OP-1b"}, {"--opatom", "/track-2.mxf", "OP-Atom"}};
+    for (Layout const & layout : layouts)
+    {
+        SCOPED_TRACE(layout.options);
+        std::string const out = temporaryPath(".mxf");
+        ASSERT_EQ(0, runCommand(vellum("rewrap " + shellQuoted(in) + " " + shellQuoted(out) + " " + layout.options)).status);
+        std::string const path = out + layout.file;
+        EXPECT_EQ(0, runCommand(vellum("check " + shellQuoted(path))).status);
+        EXPECT_EQ(layout.profile, mediainfo(path, "General;%Format_Profile%"));
+        EXPECT_EQ(frameMd5(in, "v").md5, frameMd5(path, "v").md5);
+        runCommand("rm -rf " + shellQuoted(out));
+    }
+    EXPECT_EQ(1, runCommand(vellum("rewrap " + shellQuoted(ffmpegFixture("d10.mxf")) + " /tmp/none.mxf --clip-wrap")).status);
+}
+} // namespace

@@ -25,4 +25,5 @@ Command addMetaCommand(CLI::App & program);
 Command addCheckCommand(CLI::App & program);
 Command addUnwrapCommand(CLI::App & program);
 Command addWrapCommand(CLI::App & program);
+Command addRewrapCommand(CLI::App & program);
 } // namespace VellumTool

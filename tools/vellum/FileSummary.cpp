@@ -83,29 +83,19 @@ std::string formatTimecode(std::int64_t frames, unsigned fps, bool drop)
     return buffer;
 }
 
-// The kind of a track from its data definition; byte 7 is not compared.
+// The kind of a track from its data definition.
 std::string trackKind(Types::UniversalLabel const * label)
 {
-    if (!label)
-        return "unknown";
-    unsigned char const * b = label->rawBuffer();
-    if (b[8] == 0x01 && b[9] == 0x03 && b[10] == 0x02 && b[11] == 0x02)
+    switch (S::trackKind(label))
     {
-        if (b[12] == 0x01)
-            return "picture";
-        if (b[12] == 0x02)
-            return "sound";
-        if (b[12] == 0x03)
-            return "data";
+    case S::UnknownTrack: return "unknown";
+    case S::PictureTrack: return "picture";
+    case S::SoundTrack: return "sound";
+    case S::DataTrack: return "data";
+    case S::TimecodeTrack: return "timecode";
+    case S::DescriptiveMetadataTrack: return "descriptive metadata";
+    default: return "other";
     }
-    if (b[8] == 0x01 && b[9] == 0x03 && b[10] == 0x02 && b[11] == 0x01)
-    {
-        if (b[12] == 0x01)
-            return "timecode";
-        if (b[12] == 0x10)
-            return "descriptive metadata";
-    }
-    return "other";
 }
 
 std::string propertyName(MetaMetadata::PropertyMap const & object)

@@ -16,13 +16,11 @@
 #include <vector>
 
 #include "Commands.h"
-#include "DataIO/File/FileDataSource.h"
 #include "Exceptions/Exceptions.h"
 #include "Format.h"
 #include "KLV/Packet.h"
 #include "KLV/Value.h"
 #include "LabelNames.h"
-#include "MetaMetadata/StandardDictionary.h"
 #include "Metadata/PartitionMetadata.h"
 #include "Metadata/Structural/ContentStorage.h"
 #include "Metadata/Structural/FileDescriptor.h"
@@ -35,8 +33,8 @@
 #include "Metadata/Structural/SourcePackage.h"
 #include "Metadata/Structural/StructuralVisitors.h"
 #include "Metadata/Structural/TimelineTrack.h"
+#include "MXFIO/EssenceFile.h"
 #include "MXFIO/EssenceReader.h"
-#include "MXFIO/Reader2.h"
 #include "Types/Integers.h"
 #include "Types/Rational.h"
 #include "Types/UniversalLabel.h"
@@ -94,21 +92,6 @@ std::map<unsigned, std::string> extensionsByTrackNumber(S::ContentStorage const 
         }
     }
     return extensions;
-}
-
-// The package to read: the first Material Package, else the first package with essence in the file.
-S::GenericPackage * packageToRead(S::ContentStorage & storage)
-{
-    for (unsigned i = 0; i < storage.packagesCount(); ++i)
-        if (S::metadataSetAs<S::MaterialPackage>(static_cast<Metadata::MetadataSet *>(storage.package(i))))
-            return storage.package(i);
-    for (unsigned i = 0; i < storage.packagesCount(); ++i)
-    {
-        S::GenericPackage * package = storage.package(i);
-        if (package && package->packageUID() && storage.essenceContainerData(*package->packageUID()))
-            return package;
-    }
-    return nullptr;
 }
 
 struct Output
@@ -177,51 +160,13 @@ struct UnwrapOptions
     std::uint64_t trackID = 0, first = 0, count = 0;
 };
 
-// The package's header metadata and essence, opened.
-struct Opened
-{
-    explicit Opened(std::string const & path)
-        : source(Utils::wide(path.c_str()).c_str(), 1 << 20), fileSize(source.remaining()),
-          reader(source, MetaMetadata::createStandardDictionary(), 65536)
-    {
-    }
-
-    DataIO::File::FileDataSource source;
-    std::uint64_t fileSize;
-    MXFIO::Reader2 reader;
-    Templates::SharedPtr<Metadata::PartitionMetadata> metadata;
-    S::Preface * preface = nullptr;
-    S::GenericPackage * package = nullptr;
-    std::map<unsigned, std::string> extensions;
-};
-
-void openPackage(Opened & file)
-{
-    S::initialize();
-    file.metadata = file.reader.firstPartitionWithFinalMetadata()->metadata();
-    if (!file.metadata.get())
-        file.metadata = file.reader.headerPartition()->metadata();
-    if (!file.metadata.get())
-        VELLUM_THROW(NotFound, "the file has no header metadata");
-    file.preface = S::findPreface(*file.metadata);
-    S::ContentStorage * storage = file.preface->contentStorage();
-    if (!storage)
-        VELLUM_THROW(NotFound, "the Preface has no content storage");
-    file.package = packageToRead(*storage);
-    if (!file.package)
-        VELLUM_THROW(NotFound, "the file has no package with essence");
-    file.extensions = extensionsByTrackNumber(*storage);
-}
-
 // The range in seconds, at the edit rate of the first picture track (else the first track).
 void rangeInSeconds(MXFIO::EssenceReader & essence, UnwrapOptions const & options, Time & start, Time & end)
 {
     Templates::vector<S::TimelineTrack *> tracks = essence.essenceTracks();
     Types::Rational const * rate = nullptr;
     for (S::TimelineTrack * track : tracks)
-        if (!rate && track->editRate() && track->sequence() && track->sequence()->dataDefinition() &&
-            track->sequence()->dataDefinition()->rawBuffer()[12] == 0x01 &&
-            track->sequence()->dataDefinition()->rawBuffer()[11] == 0x02)
+        if (!rate && track->editRate() && S::trackKind(*track) == S::PictureTrack)
             rate = track->editRate();
     if (!rate && !tracks.empty())
         rate = tracks.front()->editRate();
@@ -265,22 +210,23 @@ void copyValue(MXFIO::EssenceReader::ElementEditUnit & unit, Output & out, std::
     ++out.packets;
 }
 
-void openOutput(Opened const & file, UnwrapOptions const & options, unsigned trackID, unsigned trackNumber,
-                Output & out)
+void openOutput(std::map<unsigned, std::string> const & extensions, UnwrapOptions const & options, unsigned trackID,
+                unsigned trackNumber, Output & out)
 {
-    auto extension = file.extensions.find(trackNumber);
+    auto extension = extensions.find(trackNumber);
     out.name = options.directory + "/track-" + std::to_string(trackID) + "." +
-               (extension != file.extensions.end() ? extension->second : std::string("bin"));
+               (extension != extensions.end() ? extension->second : std::string("bin"));
     out.file = std::fopen(out.name.c_str(), "wb");
     if (!out.file)
         VELLUM_THROW(InvalidValue, ("cannot write " + out.name + ": " + std::strerror(errno)).c_str());
 }
 
-void writeTracks(Opened const & file, MXFIO::EssenceReader & essence, UnwrapOptions const & options,
+void writeTracks(MXFIO::EssenceFile & file, MXFIO::EssenceReader & essence, UnwrapOptions const & options,
                  Time const & start, Time const & end, std::map<unsigned, Output> & outputs)
 {
     std::vector<unsigned char> buffer(SLICE);
-    Progress progress(file.fileSize);
+    Progress progress(file.fileSize());
+    std::map<unsigned, std::string> const extensions = extensionsByTrackNumber(file.contentStorage());
     MXFIO::EssenceReader::ElementEditUnit unit;
     size_t tracksDone = 0;
     size_t const tracksWanted = options.oneTrack ? 1 : essence.essenceTrackIDs().size();
@@ -294,7 +240,7 @@ void writeTracks(Opened const & file, MXFIO::EssenceReader & essence, UnwrapOpti
         if (out.done || !inRange(options, start, end, unit, out, tracksDone))
             continue;
         if (!out.file)
-            openOutput(file, options, unit.trackID, unit.trackNumber, out);
+            openOutput(extensions, options, unit.trackID, unit.trackNumber, out);
         progress.update(unit.element.packet->keyAbsoluteOffset());
         copyValue(unit, out, buffer);
     }
@@ -321,9 +267,9 @@ int checkTrack(MXFIO::EssenceReader & essence, UnwrapOptions const & options)
 
 int unwrapInto(UnwrapOptions const & options, std::map<unsigned, Output> & outputs)
 {
-    Opened file(options.path);
-    openPackage(file);
-    MXFIO::EssenceReader essence(file.reader, *file.preface, *file.package, false, false);
+    MXFIO::EssenceFile file(Utils::wide(options.path.c_str()));
+    Templates::auto_ptr<MXFIO::EssenceReader> reader = file.essenceReader();
+    MXFIO::EssenceReader & essence = *reader;
     if (int const wrong = checkTrack(essence, options))
         return wrong;
     Time start(0), end(0);

@@ -1,4 +1,5 @@
 // vellum wrap: elementary streams into an MXF file (OP1a) or a folder of OP-Atom files.
+// vellum rewrap: the essence of an MXF file into another layout.
 
 #include <CLI/CLI.hpp>
 #include <cinttypes>
@@ -14,6 +15,7 @@
 #include "Format.h"
 #include "MetaMetadata/StandardDictionary.h"
 #include "Metadata/Structural/Initialize.h"
+#include "OPBuilders/FileRewrapper.h"
 #include "OPBuilders/FileWrapper.h"
 #include "Utils/Text.h"
 
@@ -71,6 +73,39 @@ Templates::wstring streamName(std::string const & path, size_t index)
     name = name.substr(0, name.find_last_of('.'));
     return Utils::wide((std::to_string(index + 1) + "-" + (name.empty() ? "stream" : name)).c_str());
 }
+// Bytes written so far, on a terminal only.
+OPBuilders::FileWrapper::Progress progressLine(char const * command)
+{
+    bool const terminal = ::isatty(::fileno(stderr)) != 0;
+    return [terminal, command](uint64 bytes) {
+        if (terminal)
+            std::fprintf(stderr, "\rvellum %s: %" PRIu64 " MiB", command, bytes >> 20);
+    };
+}
+
+// Prints the paths written, behind the progress line.
+int written(Templates::vector<Templates::wstring> const & paths)
+{
+    if (::isatty(::fileno(stderr)) != 0)
+        std::fprintf(stderr, "\n");
+    for (Templates::wstring const & path : paths)
+        std::printf("wrote %s\n", Utils::narrow(path).c_str());
+    return 0;
+}
+
+// The options of the layout that both commands take.
+void addLayoutOptions(CLI::App & command, OPBuilders::FileWrapper::Options & options)
+{
+    command.add_flag("--opatom", options.opAtom, "one OP-Atom file per stream (OUT a folder)");
+    command.add_flag("--clip-wrap", options.clipWrap, "each stream as one KLV packet");
+    command
+        .add_option_function<unsigned>(
+            "--partition-seconds",
+            [&options](unsigned const & n) { options.partitionSeconds = Templates::Rational<int64>(n); },
+            "seconds of essence in each body partition (default 10; 0: one body partition)")
+        ->type_name("N");
+}
+
 int wrap(WrapArguments & w)
 {
     if (!w.timecode.empty() && !parseTimecode(w.timecode, w.rate, w.options.start))
@@ -95,17 +130,7 @@ int wrap(WrapArguments & w)
         current = w.out;
         if (w.options.opAtom)
             ::mkdir(w.out.c_str(), 0777);
-        bool const terminal = ::isatty(::fileno(stderr)) != 0;
-        Templates::vector<Templates::wstring> written =
-            wrapper.write(Utils::wide(w.out.c_str()), [terminal](uint64 bytes) {
-                if (terminal)
-                    std::fprintf(stderr, "\rvellum wrap: %" PRIu64 " MiB", bytes >> 20);
-            });
-        if (terminal)
-            std::fprintf(stderr, "\n");
-        for (Templates::wstring const & path : written)
-            std::printf("wrote %s\n", Utils::narrow(path).c_str());
-        return 0;
+        return written(wrapper.write(Utils::wide(w.out.c_str()), progressLine("wrap")));
     }
     catch (Exceptions::BaseException const & e)
     {
@@ -122,8 +147,7 @@ Command addWrapCommand(CLI::App & program)
                 "folder, one file per stream)");
     command->add_option("OUT", w->out, "the MXF file, or the folder of OP-Atom files")->required();
     command->add_option("INPUT", w->inputs, "the elementary streams, in the order of their tracks")->required();
-    command->add_flag("--opatom", w->options.opAtom, "one OP-Atom file per stream");
-    command->add_flag("--clip-wrap", w->options.clipWrap, "each stream as one KLV packet");
+    addLayoutOptions(*command, w->options);
     command
         ->add_option_function<std::string>(
             "--rate",
@@ -133,15 +157,46 @@ Command addWrapCommand(CLI::App & program)
             },
             "the edit rate of pictures whose stream carries none (VC-3, JPEG 2000); default 25")
         ->type_name("R");
-    command
-        ->add_option_function<unsigned>(
-            "--partition-seconds", [w](unsigned const & n) { w->options.partitionSeconds = Templates::Rational<int64>(n); },
-            "seconds of essence in each body partition (default 10; 0: one body partition)")
-        ->type_name("N");
     command->add_option("--kag", w->options.kagSize, "the KLV alignment grid of the essence")
         ->type_name("N")
         ->check(CLI::PositiveNumber);
     command->add_option("--timecode", w->timecode, "the start time code")->type_name("HH:MM:SS:FF");
     return Command{command, [w] { return wrap(*w); }};
+}
+
+namespace
+{
+struct RewrapArguments
+{
+    std::string in, out;
+    OPBuilders::FileWrapper::Options options;
+};
+
+int rewrap(RewrapArguments & r)
+{
+    try
+    {
+        Metadata::Structural::initialize();
+        OPBuilders::FileRewrapper rewrapper(MetaMetadata::createStandardDictionary(), r.options);
+        if (r.options.opAtom)
+            ::mkdir(r.out.c_str(), 0777);
+        return written(rewrapper.rewrap(Utils::wide(r.in.c_str()), Utils::wide(r.out.c_str()), progressLine("rewrap")));
+    }
+    catch (Exceptions::BaseException const & e)
+    {
+        return fileFailure(r.in, e);
+    }
+}
+} // namespace
+
+Command addRewrapCommand(CLI::App & program)
+{
+    auto r = std::make_shared<RewrapArguments>();
+    CLI::App * command = program.add_subcommand(
+        "rewrap", "the essence of an MXF file, as stored, into OP1a (OUT a file) or OP-Atom (OUT a folder)");
+    command->add_option("IN", r->in, "the MXF file to read")->required();
+    command->add_option("OUT", r->out, "the MXF file, or the folder of OP-Atom files")->required();
+    addLayoutOptions(*command, r->options);
+    return Command{command, [r] { return rewrap(*r); }};
 }
 } // namespace VellumTool

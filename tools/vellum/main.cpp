@@ -18,7 +18,7 @@ int main(int argc, char ** argv)
     std::vector<VellumTool::Command> commands;
     for (auto add : {VellumTool::addInfoCommand, VellumTool::addKlvCommand, VellumTool::addMetaCommand,
                      VellumTool::addCheckCommand, VellumTool::addUnwrapCommand, VellumTool::addWrapCommand,
-                     VellumTool::addDictCommand})
+                     VellumTool::addRewrapCommand, VellumTool::addDictCommand})
         commands.push_back(add(program));
     try
     {

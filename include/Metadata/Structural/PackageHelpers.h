@@ -15,12 +15,33 @@ class PartitionMetadata;
 
 namespace Structural
 {
+class ContentStorage;
 class FileDescriptor;
 class GenericPackage;
 class Sequence;
 class SourceClip;
 class SourcePackage;
 class TimelineTrack;
+
+// What a track carries, by the data definition of its sequence (byte 7, the register version, is
+// not compared).
+enum TrackKind
+{
+    UnknownTrack,
+    PictureTrack,
+    SoundTrack,
+    DataTrack,
+    TimecodeTrack,
+    DescriptiveMetadataTrack,
+    OtherTrack
+};
+TrackKind trackKind(Types::UniversalLabel const * dataDefinition);
+TrackKind trackKind(TimelineTrack const & track);
+
+// The file package and its track that a track's first source clip names, found in the storage; the
+// track itself in its own package when that is a source package. False when neither is found.
+bool fileTrackOf(ContentStorage const & storage, GenericPackage & package, TimelineTrack & track,
+                 SourcePackage *& filePackage, TimelineTrack *& fileTrack);
 
 // Appends the package's timeline tracks that carry essence (picture, sound, data), in order.
 void getAllEssenceTracks(GenericPackage const & package, Templates::list<TimelineTrack *> & tracks);

@@ -159,6 +159,8 @@ void Wrapper::Impl::buildEntry(PendingEntry const & pending, unsigned int count)
         unsigned int const trackId = found != analyzerTracks.end() ? found->second
                                                                   : takeTrackID(nextBaseTrackID, trackIds, &analyzer);
         analyzer.setMetadata(*partitionMetadata, sourcePackage, trackNumberOfKey(entry.key), trackId);
+        if (sourcePackage != nullptr && !bufferMode)
+            setDescriptorWrapping(*sourcePackage, trackId, true);
     }
     entry.entryByteCount = bufferMode || !analyzer.isCBE() ? 0 : analyzer.boundedEditUnitSize();
     if (!bufferMode && entry.entryByteCount == 0)

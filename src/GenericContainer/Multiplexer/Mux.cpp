@@ -281,7 +281,11 @@ void Mux::Impl::buildEntry(PendingEntry const & pending, unsigned int index, uns
     KLV::Key const key = elementKey(analyzer.itemTypeIdentifier(), static_cast<unsigned char>(count),
                                     analyzer.essenceElementType(), pending.elementNumber);
     if (partitionMetadata.get() != nullptr)
+    {
         analyzer.setMetadata(*partitionMetadata, sourcePackage, trackNumberOfKey(key), pending.trackId);
+        if (sourcePackage != nullptr)
+            setDescriptorWrapping(*sourcePackage, pending.trackId, false);
+    }
     entry.key = analyzer.proposeKey(key);
     entry.temporalOffset = pending.temporalOffset;
     entry.entryByteCount = elementSize(analyzer, false, pad);

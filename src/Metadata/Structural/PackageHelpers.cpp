@@ -5,6 +5,7 @@
 
 #include "Exceptions/Exceptions.h"
 #include "Metadata/PartitionMetadata.h"
+#include "Metadata/Structural/ContentStorage.h"
 #include "Metadata/Structural/DataDefinitionULs.h"
 #include "Metadata/Structural/GenericDataEssenceDescriptor.h"
 #include "Metadata/Structural/GenericPictureEssenceDescriptor.h"
@@ -123,6 +124,58 @@ TimelineTrack * getTimecodeTrack(GenericPackage const & package)
             return track;
     }
     return nullptr;
+}
+
+TrackKind trackKind(Types::UniversalLabel const * label)
+{
+    if (!label)
+        return UnknownTrack;
+    unsigned char const * b = label->rawBuffer();
+    if (b[8] != 0x01 || b[9] != 0x03 || b[10] != 0x02)
+        return OtherTrack;
+    if (b[11] == 0x02 && b[12] >= 0x01 && b[12] <= 0x03)
+        return b[12] == 0x01 ? PictureTrack : b[12] == 0x02 ? SoundTrack : DataTrack;
+    if (b[11] == 0x01 && b[12] == 0x01)
+        return TimecodeTrack;
+    if (b[11] == 0x01 && b[12] == 0x10)
+        return DescriptiveMetadataTrack;
+    return OtherTrack;
+}
+
+TrackKind trackKind(TimelineTrack const & track)
+{
+    Sequence const * sequence = track.sequence();
+    return trackKind(sequence ? sequence->dataDefinition() : nullptr);
+}
+
+bool fileTrackOf(ContentStorage const & storage, GenericPackage & package, TimelineTrack & track,
+                 SourcePackage *& filePackage, TimelineTrack *& fileTrack)
+{
+    filePackage = nullptr;
+    fileTrack = nullptr;
+    if (SourcePackage * source = metadataSetAs<SourcePackage>(static_cast<MetadataSet *>(&package)))
+    {
+        filePackage = source;
+        fileTrack = &track;
+        return true;
+    }
+    Sequence const * sequence = track.sequence();
+    for (unsigned int i = 0, n = sequence ? sequence->structuralComponentsCount() : 0; i < n; ++i)
+    {
+        SourceClip const * clip = metadataSetAs<SourceClip>(sequence->structuralComponent(i));
+        if (!clip || !clip->sourcePackageID() || !clip->sourceTrackID())
+            continue;
+        SourcePackage * source =
+            metadataSetAs<SourcePackage>(static_cast<MetadataSet *>(storage.package(*clip->sourcePackageID())));
+        TimelineTrack * target =
+            source ? metadataSetAs<TimelineTrack>(source->track(*clip->sourceTrackID())) : nullptr;
+        if (!target)
+            return false;
+        filePackage = source;
+        fileTrack = target;
+        return true;
+    }
+    return false;
 }
 
 FileDescriptor * fileDescriptorForTrack(SourcePackage const & package, unsigned int trackID)
