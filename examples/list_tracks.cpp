@@ -14,12 +14,12 @@
 #include "Metadata/Structural/GenericPackage.h"
 #include "Metadata/Structural/Initialize.h"
 #include "Metadata/Structural/MaterialPackage.h"
+#include "Metadata/Structural/PackageHelpers.h"
 #include "Metadata/Structural/Preface.h"
 #include "Metadata/Structural/PrefaceHelpers.h"
 #include "Metadata/Structural/Sequence.h"
 #include "Metadata/Structural/SourcePackage.h"
 #include "Metadata/Structural/StructuralVisitors.h"
-#include "Metadata/Structural/SubclassHelpers.h"
 #include "Metadata/Structural/TimelineTrack.h"
 #include "Utils/Text.h"
 
@@ -28,21 +28,17 @@ namespace S = Vellum::Metadata::Structural;
 
 namespace
 {
-// Data definitions are labels 06.0E.2B.34.04.01.01.01.01.03.02.02.xx: 01 picture, 02 sound, 03 data.
 char const * kindOf(Types::UniversalLabel const * dataDefinition)
 {
-    if (dataDefinition == nullptr)
-        return "none";
-    if (S::isTimecodeDataDefinition(*dataDefinition))
-        return "timecode";
-    unsigned char const * bytes = dataDefinition->rawBuffer();
-    if (bytes[11] == 0x02 && bytes[12] == 0x01)
-        return "picture";
-    if (bytes[11] == 0x02 && bytes[12] == 0x02)
-        return "sound";
-    if (bytes[11] == 0x02 && bytes[12] == 0x03)
-        return "data";
-    return "other";
+    switch (S::trackKind(dataDefinition))
+    {
+    case S::UnknownTrack: return "none";
+    case S::PictureTrack: return "picture";
+    case S::SoundTrack: return "sound";
+    case S::DataTrack: return "data";
+    case S::TimecodeTrack: return "timecode";
+    default: return "other";
+    }
 }
 
 void listTrack(S::Track * track)
