@@ -11,7 +11,16 @@
 #include "KLV/Reader.h"
 #include "Support/ContainerDrain.h"
 #include "Support/MemoryAnalyzer.h"
+#include "DataIO/File/FileDataSource.h"
+#include "Essence/MPEG/MPEG2VideoAnalyzer.h"
+#include "MetaMetadata/StandardDictionary.h"
+#include "OPBuilders/FileWrapper.h"
+#include "Support/Fixtures.h"
+#include "Support/Process.h"
 #include "Types/Integers.h"
+#include "Utils/Text.h"
+
+#include <map>
 
 namespace VellumTest
 {
@@ -219,6 +228,80 @@ TEST(IndexGeneration, LongGopEntriesCarryTemporalAndKeyFrameOffsets)
                 EXPECT_EQ(records[c].offset, e.streamOffset()) << c;
             }
         }
+}
+
+// The index entries of a file's first indexed stream by edit unit, from every segment it holds
+// (segments repeated in the footer give the same entries).
+std::map<int64, IndexTables::IndexEntry> fileIndexEntries(std::string const & path)
+{
+    DataIO::File::FileDataSource source(Utils::wide(path.c_str()).c_str(), 1 << 16);
+    KLV::Reader reader(source);
+    std::map<int64, IndexTables::IndexEntry> entries;
+    bool first = true;
+    while (!source.endOfStream())
+    {
+        uint64 skipped = 0;
+        Templates::auto_ptr<KLV::Packet> packet = reader.nextKLV(skipped, first ? 65535 : 0);
+        first = false;
+        if (!IndexTables::IndexTableSegment::isSegmentKey(packet->key()))
+        {
+            packet->value().skip(packet->length());
+            continue;
+        }
+        IndexTables::IndexTableSegment segment(*packet);
+        for (unsigned int i = 0; i < segment.indexEntryCount(); ++i)
+            entries.insert(std::make_pair(segment.indexStartPosition().value() + i, segment.indexEntry(i)));
+    }
+    return entries;
+}
+
+// Our index of an ffmpeg-made long-GOP stream against the index ffmpeg writes for the same stream.
+// Temporal offsets, key frame offsets and flags agree entry by entry. Stream offsets differ by what
+// ffmpeg adds to each content package: a system item and fill to a grid of 512 bytes, where ours
+// holds the picture element alone (no system item was asked for, and the grid is 1).
+TEST(IndexGeneration, EntriesAgreeWithThoseFfmpegWritesForTheSameStream)
+{
+    for (char const * name : {"mpeg2-gop12.m2v", "mpeg2-gop15-2997.m2v"})
+    {
+        std::string const es = ffmpegFixture(name);
+        if (es.empty())
+            GTEST_SKIP() << "ffmpeg is not installed";
+        SCOPED_TRACE(name);
+        std::string const ours = temporaryPath(".mxf"), theirs = temporaryPath(".mxf");
+        ASSERT_EQ(0, runCommand("ffmpeg -v error -nostdin -y -i " + shellQuoted(es) + " -c copy -f mxf " +
+                                shellQuoted(theirs))
+                         .status);
+        OPBuilders::FileWrapper wrapper(MetaMetadata::createStandardDictionary(), OPBuilders::FileWrapper::Options());
+        wrapper.addStream(SharedPtr<GC::EssenceAnalyzer>(new Essence::MPEG::MPEG2VideoAnalyzer(
+                              SharedPtr<DataIO::DataSource>(new DataIO::File::FileDataSource(Utils::wide(es.c_str()).c_str(), 1 << 16)))),
+                          Utils::wide("video"));
+        wrapper.write(Utils::wide(ours.c_str()), OPBuilders::FileWrapper::Progress());
+        std::map<int64, IndexTables::IndexEntry> const a = fileIndexEntries(ours), b = fileIndexEntries(theirs);
+        ASSERT_EQ(b.size(), a.size());
+        ASSERT_GT(a.size(), 30u);
+        uint64 ourPrevious = 0, theirPrevious = 0;
+        for (auto i = a.begin(), j = b.begin(); i != a.end(); ++i, ++j)
+        {
+            SCOPED_TRACE(testing::Message() << "edit unit " << i->first);
+            ASSERT_EQ(j->first, i->first);
+            EXPECT_EQ(j->second.temporalOffset(), i->second.temporalOffset());
+            EXPECT_EQ(j->second.keyFrameOffset(), i->second.keyFrameOffset());
+            EXPECT_EQ(j->second.flags(), i->second.flags());
+            // ffmpeg's packages: a system item, the picture, fill to its grid of 512 bytes.
+            uint64 const ourGap = i->second.streamOffset() - ourPrevious;
+            uint64 const theirGap = j->second.streamOffset() - theirPrevious;
+            if (i->first > 0)
+            {
+                EXPECT_EQ(0u, theirGap % 512) << theirGap;
+                EXPECT_LE(ourGap, theirGap);
+                EXPECT_LT(theirGap, ourGap + 2048);
+            }
+            ourPrevious = i->second.streamOffset();
+            theirPrevious = j->second.streamOffset();
+        }
+        std::remove(ours.c_str());
+        std::remove(theirs.c_str());
+    }
 }
 } // namespace
 } // namespace VellumTest
