@@ -276,6 +276,11 @@ TEST(EssenceAnalyzers, MPEG2DescriptorAndTrack)
     EXPECT_EQ(Rational<int>(4, 3), Rational<int>(d->aspectRatio()->numerator(), d->aspectRatio()->denominator()));
     EXPECT_EQ(0x85u, d->profileAndLevel()->value());
     EXPECT_EQ(50000000u, d->bitRate()->value());
+    // Intra pictures only: groups of one picture, all alike, no B pictures.
+    ASSERT_NE(nullptr, d->maxGOP());
+    EXPECT_EQ(1u, d->maxGOP()->value());
+    EXPECT_EQ(0u, d->bPictureCount()->value());
+    EXPECT_TRUE(d->identicalGOP()->value());
     EXPECT_EQ(2u, d->linkedTrackID()->value());
     EXPECT_EQ(int64(count), d->containerDuration()->value());
     EXPECT_EQ(analyzer.universalLabel(), *d->essenceContainer());

@@ -35,6 +35,9 @@ public:
     // stream that is no MPEG-2 video.
     bool preload() override;
     bool nextEditUnit(GenericContainer::EditUnit & unit) override;
+    // Also writes what the stream showed of its groups of pictures to the descriptor: closed,
+    // identical, the longest group and the longest run of B pictures.
+    bool finalize() override;
     bool containsTemporalDependencies() const override;
 
     MPEG2SequenceInfo const & sequence() const;

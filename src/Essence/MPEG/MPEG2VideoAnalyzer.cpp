@@ -1,5 +1,7 @@
 #include "Essence/MPEG/MPEG2VideoAnalyzer.h"
 
+#include <algorithm>
+
 #include <cstring>
 
 #include "DataIO/Memory/MemoryBlock.h"
@@ -92,6 +94,50 @@ struct MPEG2VideoAnalyzer::Impl
                                                           intraOnly(true), d10(false)
     {
     }
+
+    // What the descriptor says of the groups of pictures, gathered picture by picture.
+    struct Groups
+    {
+        Groups() : count(0), headers(false), allClosed(true), identical(true), longest(0), bRun(0), longestBRun(0) {}
+        // A picture in coded order: a group starts at a group header, or at an I picture while the
+        // stream has shown none.
+        void add(MPEG2Frame const & frame)
+        {
+            headers = headers || frame.gopHeader;
+            bool const starts = frame.gopHeader || (!headers && frame.codingType == I_PICTURE);
+            if (starts || count == 0)
+            {
+                close();
+                ++count;
+                if (frame.gopHeader && !frame.closedGop)
+                    allClosed = false;
+            }
+            current += static_cast<char>('0' + frame.codingType);
+            bRun = frame.codingType == B_PICTURE ? bRun + 1 : 0;
+            longestBRun = std::max(longestBRun, bRun);
+        }
+        // Ends the group being gathered; the last may be shorter than the first and still alike.
+        void close(bool last = false)
+        {
+            if (current.empty())
+                return;
+            longest = std::max<unsigned>(longest, unsigned(current.size()));
+            if (first.empty())
+                first = current;
+            else if (last ? first.compare(0, current.size(), current) != 0 : current != first)
+                identical = false;
+            current.clear();
+        }
+        unsigned count;
+        bool headers;
+        bool allClosed;
+        bool identical;
+        unsigned longest;
+        unsigned bRun;
+        unsigned longestBRun;
+        Templates::string first, current;
+    } groups;
+    Metadata::Structural::MPEG2VideoDescriptor * descriptor = nullptr;
 
     StreamBuffer buffer;
     MPEG2VideoParser parser;
@@ -199,6 +245,7 @@ bool MPEG2VideoAnalyzer::nextEditUnit(GenericContainer::EditUnit & unit)
     unit.duration = Rational<int>(editRate_.denominator(), editRate_.numerator());
     unit.temporalReference = static_cast<signed char>(frame.temporalReference < 127 ? frame.temporalReference : 127);
     unit.flags = indexFlags(frame);
+    impl_->groups.add(frame);
     unit.valid = true;
     ++units_;
     return true;
@@ -287,7 +334,25 @@ Metadata::Structural::FileDescriptor * MPEG2VideoAnalyzer::makeDescriptor(Metada
     d->bitRate(&bitRate);
     Types::Boolean const lowDelay(s.lowDelay);
     d->lowDelay(&lowDelay);
+    impl_->descriptor = d;
     return d;
+}
+
+bool MPEG2VideoAnalyzer::finalize()
+{
+    BasicAnalyzer<GenericContainer::PictureAnalyzer>::finalize();
+    Impl::Groups & g = impl_->groups;
+    g.close(true);
+    if (impl_->descriptor == nullptr || g.count == 0)
+        return true;
+    Types::Boolean const closed(g.allClosed), identical(g.identical);
+    Types::UInt16 const longest(static_cast<unsigned short>(std::min(g.longest, 0xFFFFu)));
+    Types::UInt16 const bPictures(static_cast<unsigned short>(std::min(g.longestBRun, 0xFFFFu)));
+    impl_->descriptor->closedGOP(&closed);
+    impl_->descriptor->identicalGOP(&identical);
+    impl_->descriptor->maxGOP(&longest);
+    impl_->descriptor->bPictureCount(&bPictures);
+    return true;
 }
 
 Types::UniversalLabel const & MPEG2VideoAnalyzer::dataDefinition() const
