@@ -59,6 +59,7 @@ TEST(WrapTool, StreamsComeBackFromEveryReader)
         {"VC-3", "-f lavfi -i testsrc=size=1920x1080:rate=25 -t 0.2 -c:v dnxhd -b:v 36M -pix_fmt yuv422p -f dnxhd", "",
          "--rate 25", "200"},
         {"JPEG 2000", "-t 0.4 -pix_fmt yuv422p -c:v jpeg2000 -format j2k -f rawvideo", "", "--rate 25 --kag 512", "400"},
+        {"JPEG 2000 RGB", "-t 0.2 -pix_fmt rgb24 -c:v jpeg2000 -format j2k -f rawvideo", "", "--rate 25", "200"},
     };
     for (WrapCase const & c : cases)
     {
@@ -83,6 +84,10 @@ TEST(WrapTool, StreamsComeBackFromEveryReader)
         }
         EXPECT_EQ("OP-1a", mediainfo(out, "General;%Format_Profile%"));
         EXPECT_EQ(c.duration, mediainfo(out, "General;%Duration%"));
+        if (std::string(c.picture).find("rgb24") != std::string::npos)
+        {
+            EXPECT_EQ("RGB", mediainfo(out, "Video;%ColorSpace%"));
+        }
         if (haveCommand("gst-discoverer-1.0"))
         {
             EXPECT_NE(std::string::npos, runCommand("gst-discoverer-1.0 " + shellQuoted(out)).out.find("Duration: 0:00:0"))

@@ -5,6 +5,7 @@
 #include "Metadata/PartitionMetadata.h"
 #include "Metadata/Structural/DataDefinitionULs.h"
 #include "Metadata/Structural/RGBAEssenceDescriptor.h"
+#include "Types/RGBALayout.h"
 #include "Metadata/Structural/StructuralMetadataKeys.h"
 #include "Metadata/Structural/StructuralVisitors.h"
 #include "Types/Integers.h"
@@ -124,6 +125,12 @@ Metadata::Structural::FileDescriptor * JPEG2000Analyzer::makeDescriptor(Metadata
         Types::UInt32 const minimum(0), maximum(depth >= 32 ? 0xFFFFFFFFu : (1u << depth) - 1);
         d->componentMinRef(&minimum);
         d->componentMaxRef(&maximum);
+        // The components in codestream order: red, green, blue, then alpha for a fourth.
+        Types::RGBALayout pixels;
+        static unsigned char const codes[4] = {'R', 'G', 'B', 'A'};
+        for (size_t i = 0; i < size.components.size() && i < 4; ++i)
+            pixels.set(unsigned(i), Types::RGBAComponent(codes[i], static_cast<unsigned char>(size.components[i].depth)));
+        d->pixelLayout(&pixels);
         picture = d;
     }
     Analyzers::describePicture(*picture, layout, Analyzers::label(coding));
