@@ -106,46 +106,31 @@ void run(benchmark::State & state, bool slices)
     freadAll(path, buffer);
     Templates::wstring wide = Utils::wide(path.c_str());
     unsigned long long bytes = 0, units = 0, fileBytes = 0;
-    double freadSeconds = 1e9, drainSeconds = 1e9, freadCpu = 1e9, drainCpu = 1e9;
+    BestTime freadTime, drainTime;
     try
     {
         for (auto _ : state)
         {
-            std::chrono::steady_clock::time_point t0 = std::chrono::steady_clock::now();
-            double c0 = cpuSeconds();
-            fileBytes = freadAll(path, buffer);
-            freadSeconds = std::min(freadSeconds, seconds(std::chrono::steady_clock::now() - t0));
-            freadCpu = std::min(freadCpu, cpuSeconds() - c0);
-            t0 = std::chrono::steady_clock::now();
-            c0 = cpuSeconds();
-            if (slices)
-                bytes += drain(Templates::SharedPtr<DataIO::SliceSource>(
-                                   new DataIO::File::FileSliceSource(
-                                   wide.c_str(), Templates::SharedPtr<DataIO::BlockFactory>(new Essence::BlockPool(BLOCK)),
-                                   BLOCK, BLOCK)),
-                               units);
-            else
-                bytes += drain(Templates::SharedPtr<DataIO::DataSource>(new DataIO::File::FileDataSource(wide.c_str(), 0)),
-                               units);
-            drainSeconds = std::min(drainSeconds, seconds(std::chrono::steady_clock::now() - t0));
-            drainCpu = std::min(drainCpu, cpuSeconds() - c0);
+            fileBytes = freadTime([&] { return freadAll(path, buffer); });
+            bytes += drainTime([&] {
+                if (slices)
+                    return drain(Templates::SharedPtr<DataIO::SliceSource>(new DataIO::File::FileSliceSource(
+                                     wide.c_str(), Templates::SharedPtr<DataIO::BlockFactory>(new Essence::BlockPool(BLOCK)),
+                                     BLOCK, BLOCK)),
+                                 units);
+                return drain(Templates::SharedPtr<DataIO::DataSource>(new DataIO::File::FileDataSource(wide.c_str(), 0)),
+                             units);
+            });
         }
     }
     catch (Exceptions::BaseException const & e)
     {
         return state.SkipWithError(e.whatUtf8().c_str());
     }
-    double const iterations = double(state.iterations());
     state.SetBytesProcessed(int64_t(bytes));
     state.counters["file_MiB"] = double(fileBytes) / MIB;
-    state.counters["units"] = double(units) / iterations;
-    state.counters["fread_ms"] = freadSeconds * 1000;
-    state.counters["drain_ms"] = drainSeconds * 1000;
-    state.counters["vs_fread"] = freadSeconds / drainSeconds;
-    state.counters["vs_fread_cpu"] = freadCpu / drainCpu;
-    rusage usage;
-    ::getrusage(RUSAGE_SELF, &usage);
-    state.counters["maxrss_MiB"] = double(usage.ru_maxrss) / 1024;
+    state.counters["units"] = double(units) / double(state.iterations());
+    reportAgainstFread(state, "drain", freadTime, drainTime);
 }
 
 // Blocks of 256 KiB from a pool, read by a FileSliceSource.

@@ -2,10 +2,12 @@
 // What the benchmarks share: the temporary folder, files made once with ffmpeg, a plain fread pass
 // as the baseline, and the clocks.
 
+#include <algorithm>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <string>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <time.h>
 #include <vector>
@@ -67,5 +69,54 @@ inline double cpuSeconds()
     timespec now;
     ::clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
     return double(now.tv_sec) + double(now.tv_nsec) * 1e-9;
+}
+// The fastest wall-clock and processor time of a piece of work over a benchmark's iterations.
+class BestTime
+{
+public:
+    BestTime() : seconds_(1e9), cpu_(1e9) {}
+
+    // Runs `work` once and keeps its times when they are the fastest yet; gives what it gave.
+    template <class Work>
+    auto operator()(Work work) -> decltype(work())
+    {
+        std::chrono::steady_clock::time_point const start = std::chrono::steady_clock::now();
+        double const cpuStart = cpuSeconds();
+        struct Keep
+        {
+            BestTime & best;
+            std::chrono::steady_clock::time_point start;
+            double cpuStart;
+            ~Keep()
+            {
+                best.seconds_ = std::min(best.seconds_, seconds(std::chrono::steady_clock::now() - start));
+                best.cpu_ = std::min(best.cpu_, cpuSeconds() - cpuStart);
+            }
+        } keep{*this, start, cpuStart};
+        return work();
+    }
+
+    double seconds() const { return seconds_; }
+    double cpu() const { return cpu_; }
+
+private:
+    static double seconds(std::chrono::steady_clock::duration d) { return VellumBench::seconds(d); }
+    double seconds_;
+    double cpu_;
+};
+
+// The counters of a benchmark held against a plain fread pass in the same run: the times in
+// milliseconds, the ratios of wall-clock and processor time (above 1: faster than fread), and the
+// peak resident memory of the process.
+template <class State>
+void reportAgainstFread(State & state, char const * name, BestTime const & fread, BestTime const & measured)
+{
+    state.counters["fread_ms"] = fread.seconds() * 1000;
+    state.counters[std::string(name) + "_ms"] = measured.seconds() * 1000;
+    state.counters["vs_fread"] = fread.seconds() / measured.seconds();
+    state.counters["vs_fread_cpu"] = fread.cpu() / measured.cpu();
+    rusage usage;
+    ::getrusage(RUSAGE_SELF, &usage);
+    state.counters["maxrss_MiB"] = double(usage.ru_maxrss) / 1024;
 }
 } // namespace VellumBench

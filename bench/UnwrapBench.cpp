@@ -40,6 +40,7 @@
 #include "Metadata/Structural/Preface.h"
 #include "Metadata/Structural/PrefaceHelpers.h"
 #include "Metadata/Structural/StructuralVisitors.h"
+#include "MXFIO/EssenceFile.h"
 #include "MXFIO/EssenceReader.h"
 #include "MXFIO/Reader2.h"
 #include "Types/UMID.h"
@@ -66,34 +67,13 @@ std::string const & op1aFile()
     return path;
 }
 
-
-
 // One file opened through its final header metadata, with an essence reader over its Material
-// Package (else its first package with essence).
+// Package (else its first package with essence); the dictionary is made once for all files.
 struct Opened
 {
     explicit Opened(std::string const & path)
-        : widePath(Utils::wide(path.c_str())), source(widePath.c_str(), 1 << 20),
-          reader(source, dictionary(), 65536), preface(nullptr), package(nullptr)
+        : file(Utils::wide(path.c_str()), 1 << 20, dictionary()), essence(file.essenceReader())
     {
-        S::initialize();
-        MXFIO::Partition * partition = reader.firstPartitionWithFinalMetadata();
-        metadata = partition->metadata();
-        if (!metadata.get())
-            VELLUM_THROW(NotFound, "no header metadata");
-        preface = S::findPreface(*metadata);
-        S::ContentStorage * storage = preface->contentStorage();
-        if (!storage)
-            VELLUM_THROW(NotFound, "no content storage");
-        for (unsigned i = 0; i < storage->packagesCount() && !package; ++i)
-            if (S::metadataSetAs<S::MaterialPackage>(static_cast<Metadata::MetadataSet *>(storage->package(i))))
-                package = storage->package(i);
-        for (unsigned i = 0; i < storage->packagesCount() && !package; ++i)
-            if (storage->package(i)->packageUID() && storage->essenceContainerData(*storage->package(i)->packageUID()))
-                package = storage->package(i);
-        if (!package)
-            VELLUM_THROW(NotFound, "no package with essence");
-        essence.reset(new MXFIO::EssenceReader(reader, *preface, *package, false, false));
     }
 
     static Templates::SharedPtr<MetaMetadata::Dictionary> dictionary()
@@ -102,13 +82,8 @@ struct Opened
         return d;
     }
 
-    Templates::wstring widePath;
-    DataIO::File::FileDataSource source;
-    MXFIO::Reader2 reader;
-    Templates::SharedPtr<Metadata::PartitionMetadata> metadata;
-    S::Preface * preface;
-    S::GenericPackage * package;
-    std::unique_ptr<MXFIO::EssenceReader> essence;
+    MXFIO::EssenceFile file;
+    Templates::auto_ptr<MXFIO::EssenceReader> essence;
 };
 
 // Reads the unit's value in slices; gives its bytes.
@@ -150,27 +125,21 @@ void BM_UnwrapEssenceReader(benchmark::State & state)
     // Each iteration times a plain fread pass over the same file beside the unwrap; the fastest
     // of each is compared, which keeps the noise of a shared machine out of the ratio.
     unsigned long long bytes = 0, units = 0, fileBytes = 0;
-    double freadSeconds = 1e9, unwrapSeconds = 1e9, freadCpu = 1e9, unwrapCpu = 1e9;
+    BestTime freadTime, unwrapTime;
     try
     {
         for (auto _ : state)
         {
-            std::chrono::steady_clock::time_point t0 = std::chrono::steady_clock::now();
-            double c0 = cpuSeconds();
-            fileBytes = freadAll(path, buffer);
-            freadSeconds = std::min(freadSeconds, seconds(std::chrono::steady_clock::now() - t0));
-            freadCpu = std::min(freadCpu, cpuSeconds() - c0);
-            std::chrono::steady_clock::time_point start = std::chrono::steady_clock::now();
-            c0 = cpuSeconds();
-            Opened file(path);
-            MXFIO::EssenceReader::ElementEditUnit unit;
-            while (file.essence->nextElementEditUnit(65536, unit) && unit.element.packet)
-            {
-                bytes += readValue(unit, buffer);
-                ++units;
-            }
-            unwrapSeconds = std::min(unwrapSeconds, seconds(std::chrono::steady_clock::now() - start));
-            unwrapCpu = std::min(unwrapCpu, cpuSeconds() - c0);
+            fileBytes = freadTime([&] { return freadAll(path, buffer); });
+            unwrapTime([&] {
+                Opened file(path);
+                MXFIO::EssenceReader::ElementEditUnit unit;
+                while (file.essence->nextElementEditUnit(65536, unit) && unit.element.packet)
+                {
+                    bytes += readValue(unit, buffer);
+                    ++units;
+                }
+            });
         }
     }
     catch (Exceptions::BaseException const & e)
@@ -182,13 +151,7 @@ void BM_UnwrapEssenceReader(benchmark::State & state)
     state.counters["file_MiB"] = double(fileBytes) / (1 << 20);
     state.counters["essence_MiB"] = double(bytes) / iterations / (1 << 20);
     state.counters["units"] = double(units) / iterations;
-    state.counters["fread_ms"] = freadSeconds * 1000;
-    state.counters["unwrap_ms"] = unwrapSeconds * 1000;
-    state.counters["vs_fread"] = freadSeconds / unwrapSeconds;
-    state.counters["vs_fread_cpu"] = freadCpu / unwrapCpu;
-    rusage usage;
-    ::getrusage(RUSAGE_SELF, &usage);
-    state.counters["maxrss_MiB"] = double(usage.ru_maxrss) / 1024;
+    reportAgainstFread(state, "unwrap", freadTime, unwrapTime);
 }
 BENCHMARK(BM_UnwrapEssenceReader)->Unit(benchmark::kMillisecond)->Iterations(5)->UseRealTime();
 

@@ -12,6 +12,11 @@
 
 namespace Vellum
 {
+namespace MetaMetadata
+{
+class Dictionary;
+}
+
 namespace Metadata
 {
 class PartitionMetadata;
@@ -31,8 +36,11 @@ public:
     VELLUM_CLASS_ALLOCATION
 
     // Throws NotFound when the file has no header metadata, no content storage or no package with
-    // essence, and what the source and reader throw for a file they cannot read.
-    explicit EssenceFile(Templates::wstring const & path, int bufferSize = 1 << 20);
+    // essence, and what the source and reader throw for a file they cannot read. Without a
+    // dictionary the standard one is made.
+    explicit EssenceFile(Templates::wstring const & path, int bufferSize = 1 << 20,
+                         Templates::SharedPtr<MetaMetadata::Dictionary> dictionary =
+                             Templates::SharedPtr<MetaMetadata::Dictionary>());
     ~EssenceFile();
 
     uint64 fileSize() const;

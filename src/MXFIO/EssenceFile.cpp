@@ -35,9 +35,9 @@ struct EssenceFile::Impl
 {
     VELLUM_CLASS_ALLOCATION
 
-    Impl(Templates::wstring const & path, int bufferSize)
+    Impl(Templates::wstring const & path, int bufferSize, Templates::SharedPtr<MetaMetadata::Dictionary> dictionary)
         : source(path.c_str(), bufferSize), fileSize(source.remaining()),
-          reader(source, MetaMetadata::createStandardDictionary(), 65536), preface(nullptr), storage(nullptr),
+          reader(source, dictionary.get() != nullptr ? dictionary : MetaMetadata::createStandardDictionary(), 65536), preface(nullptr), storage(nullptr),
           package(nullptr)
     {
         S::initialize();
@@ -62,7 +62,11 @@ struct EssenceFile::Impl
     S::GenericPackage * package;
 };
 
-EssenceFile::EssenceFile(Templates::wstring const & path, int bufferSize) : impl_(new Impl(path, bufferSize)) {}
+EssenceFile::EssenceFile(Templates::wstring const & path, int bufferSize,
+                         Templates::SharedPtr<MetaMetadata::Dictionary> dictionary)
+    : impl_(new Impl(path, bufferSize, dictionary))
+{
+}
 
 EssenceFile::~EssenceFile() {}
 
