@@ -2,6 +2,7 @@
 // What the library's analyzers of elementary streams share: the edit rate, the sizes, the element
 // key bytes, and the track and descriptor that they make in setMetadata.
 
+#include "Exceptions/Exceptions.h"
 #include "GenericContainer/EssenceAnalyzer.h"
 #include "GenericContainer/MetadataBuilder.h"
 #include "Templates/AutoPtr.h"
@@ -84,6 +85,22 @@ protected:
           elementType_(0), units_(0), done_(false)
     {
     }
+    // Throws InvalidValue "The edit rate is invalid" for a rate of 0 or below.
+    void checkEditRate() const;
+    // Ends a unit that the stream gave (`got`) as one edit unit at the analyzer's rate, or marks
+    // the stream finished; gives `got`.
+    bool endUnit(GenericContainer::EditUnit & unit, bool got)
+    {
+        if (!got)
+        {
+            done_ = true;
+            return false;
+        }
+        unit.duration = Templates::Rational<int>(editRate_.denominator(), editRate_.numerator());
+        unit.valid = true;
+        ++units_;
+        return true;
+    }
     // A new descriptor of the stream in `metadata`, with the fields of its own class filled.
     virtual Metadata::Structural::FileDescriptor * makeDescriptor(Metadata::PartitionMetadata & metadata) = 0;
     virtual Types::UniversalLabel const & dataDefinition() const = 0;
@@ -106,6 +123,12 @@ private:
 
     Templates::auto_ptr<TrackBuilder> builder_;
 };
+
+template <class Kind>
+void BasicAnalyzer<Kind>::checkEditRate() const
+{
+    THROW_UNLESS(InvalidValue, editRate_.numerator() > 0 && editRate_.denominator() > 0, "The edit rate is invalid");
+}
 
 // Item type and element type bytes of the element keys.
 enum ElementKeyBytes

@@ -154,7 +154,7 @@ bool PCMAnalyzer::preload()
 {
     if (impl_->preloaded)
         return true;
-    THROW_UNLESS(InvalidValue, editRate_.numerator() > 0 && editRate_.denominator() > 0, "The edit rate is invalid");
+    checkEditRate();
     if (impl_->wave)
     {
         WaveLayout layout = readWaveHeader(impl_->buffer);
@@ -194,22 +194,15 @@ bool PCMAnalyzer::nextEditUnit(GenericContainer::EditUnit & unit)
     if (!impl_->buffer.fill(available))
     {
         THROW_UNLESS(InvalidFormat, impl_->dataEnd == ~uint64(0), "The Wave data chunk is shorter than its header says");
-        done_ = true;
-        return false;
+        return endUnit(unit, false);
     }
     // The samples of a last unit that the stream doesn't fill are not given.
     if (end > impl_->dataEnd)
-    {
-        done_ = true;
-        return false;
-    }
+        return endUnit(unit, false);
     impl_->buffer.chain(impl_->position, end, unit.data);
     impl_->buffer.release(end);
     impl_->position = end;
-    unit.duration = Rational<int>(editRate_.denominator(), editRate_.numerator());
-    unit.valid = true;
-    ++units_;
-    return true;
+    return endUnit(unit, true);
 }
 
 PCMFormat const & PCMAnalyzer::format() const

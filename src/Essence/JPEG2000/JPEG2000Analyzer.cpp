@@ -51,7 +51,7 @@ bool JPEG2000Analyzer::preload()
 {
     if (impl_->preloaded)
         return true;
-    THROW_UNLESS(InvalidValue, editRate_.numerator() > 0 && editRate_.denominator() > 0, "The edit rate is invalid");
+    checkEditRate();
     if (!impl_->parser.next(&impl_->first))
         return false;
     impl_->preloaded = true;
@@ -68,21 +68,13 @@ bool JPEG2000Analyzer::nextEditUnit(GenericContainer::EditUnit & unit)
     unit.valid = false;
     unit.data.clear();
     if (done_ || !preload())
-    {
-        done_ = true;
-        return false;
-    }
+        return endUnit(unit, false);
     if (!impl_->first.empty())
-        unit.data.push_back(impl_->first);
-    else if (!impl_->parser.next(&unit.data))
     {
-        done_ = true;
-        return false;
+        unit.data.push_back(impl_->first);
+        return endUnit(unit, true);
     }
-    unit.duration = Rational<int>(editRate_.denominator(), editRate_.numerator());
-    unit.valid = true;
-    ++units_;
-    return true;
+    return endUnit(unit, impl_->parser.next(&unit.data));
 }
 
 ImageSize const & JPEG2000Analyzer::imageSize() const

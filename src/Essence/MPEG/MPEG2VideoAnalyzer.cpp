@@ -231,10 +231,7 @@ bool MPEG2VideoAnalyzer::nextEditUnit(GenericContainer::EditUnit & unit)
     unit.data.clear();
     MPEG2Frame frame;
     if (done_ || !preload() || !nextFrame(frame, unit.data))
-    {
-        done_ = true;
-        return false;
-    }
+        return endUnit(unit, false);
     if (impl_->d10)
     {
         THROW_UNLESS(InvalidFormat, frame.codingType == I_PICTURE, "A D-10 stream holds a picture that is not intra coded");
@@ -242,13 +239,10 @@ bool MPEG2VideoAnalyzer::nextEditUnit(GenericContainer::EditUnit & unit)
         unit.data.push_back(Templates::auto_ptr<DataIO::Slice>(
             new DataIO::Slice(impl_->stuffing.block(), 0, constantSize_ - frame.size)));
     }
-    unit.duration = Rational<int>(editRate_.denominator(), editRate_.numerator());
     unit.temporalReference = static_cast<signed char>(frame.temporalReference < 127 ? frame.temporalReference : 127);
     unit.flags = indexFlags(frame);
     impl_->groups.add(frame);
-    unit.valid = true;
-    ++units_;
-    return true;
+    return endUnit(unit, true);
 }
 
 unsigned char MPEG2VideoAnalyzer::indexFlags(MPEG2Frame const & frame)

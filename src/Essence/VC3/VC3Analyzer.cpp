@@ -43,7 +43,7 @@ VC3Analyzer::~VC3Analyzer() {}
 
 bool VC3Analyzer::preload()
 {
-    THROW_UNLESS(InvalidValue, editRate_.numerator() > 0 && editRate_.denominator() > 0, "The edit rate is invalid");
+    checkEditRate();
     if (!impl_->parser.readHeader())
         return false;
     unsigned char const container[16] = {0x06, 0x0E, 0x2B, 0x34, 0x04, 0x01, 0x01, 0x0A,
@@ -59,15 +59,7 @@ bool VC3Analyzer::nextEditUnit(GenericContainer::EditUnit & unit)
 {
     unit.valid = false;
     unit.data.clear();
-    if (done_ || !preload() || !impl_->parser.next(&unit.data))
-    {
-        done_ = true;
-        return false;
-    }
-    unit.duration = Rational<int>(editRate_.denominator(), editRate_.numerator());
-    unit.valid = true;
-    ++units_;
-    return true;
+    return endUnit(unit, !done_ && preload() && impl_->parser.next(&unit.data));
 }
 
 VC3Header const & VC3Analyzer::header() const
