@@ -31,6 +31,10 @@ Metadata::Structural::MultipleDescriptor * createMultipleDescriptor(Metadata::Pa
 // Gives the essence container label of the descriptor of track `trackId` the wrapping of the
 // container it is written in.
 void setDescriptorWrapping(Metadata::Structural::SourcePackage & package, unsigned int trackId, bool clipWrapped);
+// Tells the analyzer the package rate and preloads it; for one with temporal reordering, checks
+// that it is the container's only one and runs at the package rate, and marks `temporalReordering`.
+// Gives whether it reorders.
+bool prepareAnalyzer(EssenceAnalyzer & analyzer, Templates::Rational<int> const & packageRate, bool & temporalReordering);
 // The least common multiple of two grid sizes; 0 on either side gives 0.
 unsigned int combineKAG(unsigned int a, unsigned int b);
 // The next base track ID from `next` on, in steps of 256, that `used` doesn't hold; it is marked.

@@ -3,6 +3,7 @@
 #include "GenericContainer/ContainerBuilding.h"
 
 #include "Exceptions/Exceptions.h"
+#include "GenericContainer/EssenceAnalyzer.h"
 #include "Metadata/Structural/ContentStorage.h"
 #include "Metadata/Structural/Initialize.h"
 #include "GenericContainer/RP224UniversalLabels.h"
@@ -74,6 +75,25 @@ MultipleDescriptor * createMultipleDescriptor(Metadata::PartitionMetadata & meta
     descriptor->essenceContainer(&essenceContainer);
     package.descriptor(descriptor);
     return descriptor;
+}
+
+bool prepareAnalyzer(EssenceAnalyzer & analyzer, Templates::Rational<int> const & packageRate, bool & temporalReordering)
+{
+    analyzer.editRate(packageRate);
+    bool const isValid = analyzer.preload();
+    THROW_UNLESS(InvalidFormat, isValid, "The essence format is invalid");
+    if (analyzer.containsTemporalDependencies())
+    {
+        THROW_UNLESS_TEXT(InvalidFormat, !temporalReordering, "temporalReordoring_ == false",
+                          "Trying to set two sources with temporal reordoring to the same generic container. MXF "
+                          "only allows for one source with temporal reordoring.");
+        temporalReordering = true;
+        THROW_UNLESS_TEXT(InvalidFormat, analyzer.editRate() == packageRate, "preEntry.analyzer -> editRate () == rate_",
+                          "Trying to set an essence analyzer with temporal reordoring and with editRate different "
+                          "from the content package.");
+        return true;
+    }
+    return false;
 }
 
 void setDescriptorWrapping(SourcePackage & package, unsigned int trackId, bool clipWrapped)

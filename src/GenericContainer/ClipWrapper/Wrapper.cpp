@@ -133,20 +133,8 @@ void Wrapper::Impl::addPending(PendingEntries & list, Templates::SharedPtr<Essen
 void Wrapper::Impl::buildEntry(PendingEntry const & pending, unsigned int count)
 {
     EssenceAnalyzer & analyzer = *pending.analyzer;
-    analyzer.editRate(packageRate);
-    bool const isValid = analyzer.preload();
-    THROW_UNLESS(InvalidFormat, isValid, "The essence format is invalid");
-    if (analyzer.containsTemporalDependencies())
-    {
-        THROW_UNLESS_TEXT(InvalidFormat, !temporalReordering, "temporalReordoring_ == false",
-                          "Trying to set two sources with temporal reordoring to the same generic container. MXF "
-                          "only allows for one source with temporal reordoring.");
-        temporalReordering = true;
-        THROW_UNLESS_TEXT(InvalidFormat, analyzer.editRate() == packageRate, "preEntry.analyzer -> editRate () == rate_",
-                          "Trying to set an essence analyzer with temporal reordoring and with editRate different "
-                          "from the content package.");
+    if (prepareAnalyzer(analyzer, packageRate, temporalReordering))
         extendedIndex = true;
-    }
     bool const bufferMode = buffer.get() != nullptr;
     AnalyzerEntry entry;
     entry.analyzer = pending.analyzer;

@@ -260,18 +260,8 @@ void Mux::Impl::buildEntry(PendingEntry const & pending, unsigned int index, uns
 {
     EssenceAnalyzer & analyzer = *pending.analyzer;
     bool pad = padding == Element && pending.padToKag;
-    analyzer.editRate(packageRate);
-    bool const isValid = analyzer.preload();
-    THROW_UNLESS(InvalidFormat, isValid, "The essence format is invalid");
-    if (analyzer.containsTemporalDependencies())
+    if (prepareAnalyzer(analyzer, packageRate, temporalReordering))
     {
-        THROW_UNLESS_TEXT(InvalidFormat, !temporalReordering, "temporalReordoring_ == false",
-                          "Trying to set two sources with temporal reordoring to the same generic container. MXF "
-                          "only allows for one source with temporal reordoring.");
-        temporalReordering = true;
-        THROW_UNLESS_TEXT(InvalidFormat, analyzer.editRate() == packageRate, "preEntry.analyzer -> editRate () == rate_",
-                          "Trying to set an essence analyzer with temporal reordoring and with editRate different "
-                          "from the content package.");
         THROW_UNLESS_TEXT(InvalidFormat, pending.temporalOffset.numerator() == 0,
                           "preEntry.temporalOffset.numerator () == 0",
                           "A source with temporal reordoring must start at offset zero to the essence container.");
