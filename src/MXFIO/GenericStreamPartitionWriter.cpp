@@ -1,4 +1,5 @@
 #include "MXFIO/GenericStreamPartitionWriter.h"
+#include "MXFIO/WriterSupport.h"
 
 #include "Exceptions/Exceptions.h"
 #include "GenericStream/Source.h"
@@ -80,16 +81,8 @@ GenericStreamPartitionWriter::Status GenericStreamPartitionWriter::writeData(
     Templates::Rational<int64> & duration)
 {
     DataIO::Chain own;
-    for (;;)
-    {
-        Templates::Rational<int64> increment(0, 1);
-        bool const more = impl_->source->next(own, atBoundary, updater, increment);
-        duration += increment;
-        if (!own.empty())
-            break;
-        if (!more)
-            return Finished;
-    }
+    if (!pullData(*impl_->source, own, atBoundary, updater, duration))
+        return Finished;
     impl_->bodyOffset += own.data_size();
     chain.push_back(own);
     return status();

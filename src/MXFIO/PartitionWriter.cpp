@@ -386,16 +386,8 @@ PartitionWriter::Status PartitionWriter::writeData(DataIO::Chain & chain, bool &
                                                    Templates::Rational<int64> & duration)
 {
     DataIO::Chain own;
-    for (;;)
-    {
-        Templates::Rational<int64> increment(0, 1);
-        bool const more = impl_->source->next(own, atBoundary, updater, increment);
-        duration += increment;
-        if (!own.empty())
-            break;
-        if (!more)
-            return Finished;
-    }
+    if (!pullData(*impl_->source, own, atBoundary, updater, duration))
+        return Finished;
     impl_->bodyOffset += own.data_size();
     if (!impl_->countOnly)
         chain.push_back(own);
