@@ -634,6 +634,11 @@ class Dictionary(object):
                 'members': flat_members(registers, group),
                 'concrete': is_concrete(group),
             })
+        # Each set's nearest ancestor class that is a set of the dictionary too (-1: none).
+        for entry in self.sets:
+            ancestors = registers.ancestry(entry['group'])[1:]
+            rows = [set_index[label_bytes(a['UL'])] for a in ancestors if label_bytes(a['UL']) in set_index]
+            entry['parent'] = rows[0] if rows else -1
         # Index table segments are read by the index table code, not as header metadata, but
         # their statically assigned tags belong to the tag maps all the same.
         index_segment = registers.group_by_symbol('IndexTableSegment')
@@ -775,11 +780,12 @@ def write_dictionary_tables(dictionary, path):
     out.append('static unsigned const tagOnlyMembersBegin = %d;\n' % index_start)
     out.append('static unsigned const tagOnlyMembersEnd = %d;\n' % (index_start + len(dictionary.extra_members)))
 
-    out.append('\n// Key, symbol, name, concrete, first member, member count.\nstatic SetRow const setRows[] = {\n')
+    out.append('\n// Key, symbol, name, concrete, first member, member count, parent row (-1: none).\n'
+               'static SetRow const setRows[] = {\n')
     for s, start in zip(dictionary.sets, member_starts):
-        out.append('    {%s, %s, %s, %d, %d, %d},\n' % (
+        out.append('    {%s, %s, %s, %d, %d, %d, %d},\n' % (
             c_bytes(s['key']), c_string(s['group']['Symbol']), c_string(s['group']['Name']),
-            1 if s['concrete'] else 0, start, len(s['members'])))
+            1 if s['concrete'] else 0, start, len(s['members']), s['parent']))
     out.append('};\n')
     write_file(path, ''.join(out))
 

@@ -7,6 +7,7 @@
 #include "MetaMetadata/MetaAttribute.h"
 #include "MetaMetadata/PropertyMap.h"
 #include "Templates/AutoPtr.h"
+#include "Templates/Containers.h"
 #include "Templates/SharedPtr.h"
 #include "Types/UniversalLabel.h"
 
@@ -35,6 +36,10 @@ public:
     // An empty pointer when the label is not in the set.
     Templates::SharedPtr<MetaAttribute> findMetaAttribute(Types::UniversalLabel const & label) const;
     unsigned int metaAttributeCount() const;
+    // The keys of the classes that this set's class derives from, its parent first; empty for a
+    // root class or a set described without its class tree.
+    void ancestors(Templates::vector<KLV::Key> const & keys);
+    Templates::vector<KLV::Key> const & ancestors() const;
 
     const_iterator metaAttributesBegin() const;
     const_iterator metaAttributesEnd() const;

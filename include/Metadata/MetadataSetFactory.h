@@ -31,7 +31,9 @@ public:
     static MetadataSetFactory & instance();
 
     virtual ~MetadataSetFactory() {}
-    // A new set, owned by the caller.
+    // A new set, owned by the caller: made by the creator of its key, else by the creator of the
+    // nearest of its class's ancestors (MetaMetadataSet::ancestors) that takes it, else a plain
+    // MetadataSet. A creator called for another key than its own may give null: it does not take it.
     virtual MetadataSet * create(KLV::Key const & key, MetaMetadata::MetaMetadataSet const * metaMetadataSet,
                                  MetadataSetOwner * owner) = 0;
     // Sets of `key` are made by `creator` from now on (a null creator drops the key); returns true.

@@ -14,6 +14,7 @@ struct MetaMetadataSet::Impl
     explicit Impl(KLV::Key const & k) : key(k) {}
     KLV::Key key;
     Attributes attributes;
+    Templates::vector<KLV::Key> ancestors;
 };
 
 MetaMetadataSet::MetaMetadataSet(KLV::Key const & key) : PropertyMap(), impl_(new Impl(key)) {}
@@ -27,9 +28,11 @@ MetaMetadataSet & MetaMetadataSet::operator=(MetaMetadataSet const & other)
     if (this != &other)
     {
         Attributes copy(other.impl_->attributes);
+        Templates::vector<KLV::Key> ancestors(other.impl_->ancestors);
         PropertyMap::operator=(other);
         impl_->key = other.impl_->key;
         impl_->attributes.swap(copy);
+        impl_->ancestors.swap(ancestors);
     }
     return *this;
 }
@@ -61,6 +64,16 @@ unsigned int MetaMetadataSet::metaAttributeCount() const { return static_cast<un
 MetaMetadataSet::const_iterator MetaMetadataSet::metaAttributesBegin() const { return impl_->attributes.begin(); }
 
 MetaMetadataSet::const_iterator MetaMetadataSet::metaAttributesEnd() const { return impl_->attributes.end(); }
+
+void MetaMetadataSet::ancestors(Templates::vector<KLV::Key> const & keys)
+{
+    impl_->ancestors = keys;
+}
+
+Templates::vector<KLV::Key> const & MetaMetadataSet::ancestors() const
+{
+    return impl_->ancestors;
+}
 
 bool operator==(MetaMetadataSet const & a, MetaMetadataSet const & b)
 {

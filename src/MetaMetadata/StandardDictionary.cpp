@@ -60,6 +60,7 @@ struct SetRow
     unsigned char concrete;
     unsigned int firstMember;
     unsigned int memberCount;
+    int parent;
 };
 
 #include "StandardDictionaryTables.inc"
@@ -158,6 +159,10 @@ Templates::SharedPtr<Dictionary> createStandardDictionary()
         SetRow const & row = setRows[s];
         MetaMetadataSet set(setKeys[s]);
         set.addProperty(nameProperty.c_str(), Utils::wide(row.symbol).c_str());
+        Templates::vector<KLV::Key> ancestors;
+        for (int p = row.parent; p >= 0 && ancestors.size() < countOf(setRows); p = setRows[p].parent)
+            ancestors.push_back(setKeys[unsigned(p)]);
+        set.ancestors(ancestors);
         for (unsigned m = row.firstMember; m < row.firstMember + row.memberCount; ++m)
         {
             MemberRow const & member = memberRows[m];

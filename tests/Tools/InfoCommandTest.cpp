@@ -321,3 +321,25 @@ TEST(InfoTool, SummarisesTheExampleFileReadably)
         EXPECT_NE(run.out.find(line), std::string::npos) << line << "\n" << run.out;
     EXPECT_EQ(run.out.find("warning:"), std::string::npos) << run.out;
 }
+
+namespace
+{
+// A descriptor of a class the library has no class of its own for (an MGA sound descriptor) is a
+// file descriptor by the register's class tree: it describes its track.
+TEST(InfoTool, DescriptorsOfRegisteredSubclassesDescribeTheirTracks)
+{
+    std::string const path = VellumTest::sharedDir() + "/interop/ph-sadm.mxf";
+    if (!std::ifstream(path).good())
+        GTEST_SKIP() << path << " is not here";
+    Json const info = infoJson(path);
+    Json const * sound = nullptr;
+    for (Json const & package : info["packages"])
+        for (Json const & d : package["descriptors"])
+            if (d["linkedTrackID"] == 2)
+                sound = &d;
+    ASSERT_NE(nullptr, sound) << info.dump(1);
+    EXPECT_EQ("06.0e.2b.34.04.01.01.0d.0d.01.03.01.02.25.02.00", (*sound)["essenceContainer"]["label"]);
+    EXPECT_EQ(5, (*sound)["channels"]);
+    EXPECT_EQ("48000/1", (*sound)["audioSamplingRate"]);
+}
+} // namespace
