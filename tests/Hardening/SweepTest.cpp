@@ -23,7 +23,7 @@ unsigned const VARIANTS = 200;
 // A variant may cost this many times the reading of the whole file, or the floor, whichever is
 // more: damage that makes a reader loop or grow out of proportion shows, a slow build does not.
 double const VARIANT_COST_FACTOR = 8.0;
-double const VARIANT_FLOOR_SECONDS = 0.25;
+double const VARIANT_FLOOR_SECONDS = 1.0;
 
 // Caps per variant that keep the sweep short: the metadata of the final partition only, scans
 // from the end not repeated, few body packets and edit units.
