@@ -53,21 +53,35 @@ size_t const SLICE = 1 << 20;
 // Files above this size show a progress line on a terminal.
 std::uint64_t const PROGRESS_SIZE = std::uint64_t(64) << 20;
 
-// The file name extension for the essence of a container label.
-std::string extensionOf(std::string const & containerName)
+// The file name extension for the essence of a track, by the family of its essence container label
+// (byte 13 of the Generic Container labels) and what the track carries.
+std::string extensionOf(Types::UniversalLabel const * label, S::TrackKind kind)
 {
-    struct Rule
+    if (!label)
+        return "bin";
+    unsigned char const * b = label->rawBuffer();
+    bool const generic = b[8] == 0x0D && b[9] == 0x01 && b[10] == 0x03 && b[11] == 0x01 && b[12] == 0x02;
+    bool const dcinemaPictures = b[8] == 0x04 && b[9] == 0x01 && b[10] == 0x02 && b[11] == 0x02 && b[12] == 0x01;
+    if (dcinemaPictures)
+        return "j2c";
+    if (!generic)
+        return "bin";
+    switch (b[13])
     {
-        char const * part;
-        char const * extension;
-    };
-    static Rule const rules[] = {{"D-10", "m2v"},        {"MPEG-ES VideoStream", "m2v"}, {"VC-3", "vc3"},
-                                 {"AVC", "h264"},        {"JPEG 2000", "j2c"},           {"JPEG2000", "j2c"},
-                                 {"Broadcast Wave", "pcm"}, {"AES3", "aes3"},            {"DV-DIF", "dv"}};
-    for (Rule const & rule : rules)
-        if (containerName.find(rule.part) != std::string::npos)
-            return rule.extension;
-    return "bin";
+    case 0x01: return kind == S::SoundTrack ? "aes3" : "m2v"; // D-10 pictures and their eight-channel sound
+    case 0x02: return "dv";
+    case 0x04: return "m2v";
+    case 0x05: return "yuv";
+    case 0x06: return b[14] >= 3 && b[14] <= 4 ? "aes3" : "pcm";
+    case 0x0A: return "alaw";
+    case 0x0C: return "j2c";
+    case 0x10: return "h264";
+    case 0x11: return "vc3";
+    case 0x13: return "xml";
+    case 0x1D: return "iab";
+    case 0x25: return "mga";
+    default: return "bin";
+    }
 }
 
 // Extensions of the essence by track number, from the descriptors of the source packages.
@@ -87,8 +101,8 @@ std::map<unsigned, std::string> extensionsByTrackNumber(S::ContentStorage const 
             if (!track->trackID() || !track->trackNumber() || track->trackNumber()->value() == 0)
                 continue;
             S::FileDescriptor const * descriptor = S::fileDescriptorForTrack(*package, track->trackID()->value());
-            Types::UniversalLabel const * label = descriptor ? descriptor->essenceContainer() : nullptr;
-            extensions[track->trackNumber()->value()] = extensionOf(label ? labelName(label->rawBuffer()) : "");
+            extensions[track->trackNumber()->value()] =
+                extensionOf(descriptor ? descriptor->essenceContainer() : nullptr, S::trackKind(*track));
         }
     }
     return extensions;
