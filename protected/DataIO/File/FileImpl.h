@@ -39,6 +39,8 @@ protected:
 
 private:
     bool readOnly_;
+    // The runtime's buffer, when a size is asked: the C library takes the size only with the bytes.
+    Templates::vector<char> buffer_;
     FileImpl(FileImpl const &) = delete;
     FileImpl & operator=(FileImpl const &) = delete;
 };

@@ -1,5 +1,7 @@
 #include "DataIO/File/FileImpl.h"
 
+#include <memory>
+
 #include "Exceptions/Exceptions.h"
 #include "Platform/Platform.h"
 #include "Utils/Text.h"
@@ -49,23 +51,21 @@ FileImpl::FileImpl(unsigned short const * path, unsigned short const * mode, int
 {
     file_ = Platform::fopen(path, mode);
     THROW_UNLESS(IOError, file_ != 0, pathMessage("Error opening: '", path, "'. "));
-    try
+    // Closes the file should the rest of the construction throw.
+    std::unique_ptr<FILE, int (*)(FILE *)> guard(file_, &std::fclose);
+    int64 sizeResult = Platform::getFileSize(file_);
+    THROW_UNLESS(IOError, sizeResult != -1L, pathMessage("Error getting file length: '", path, "'. "));
+    size = uint64(sizeResult);
+    if (bufferSize == 0)
+        THROW_UNLESS(InvalidValue, ::setvbuf(file_, 0, _IONBF, 0) == 0,
+                     pathMessage("Error setting buffering mode in file: '", path, "'. "));
+    else if (bufferSize > 0)
     {
-        int64 sizeResult = Platform::getFileSize(file_);
-        THROW_UNLESS(IOError, sizeResult != -1L, pathMessage("Error getting file length: '", path, "'. "));
-        size = uint64(sizeResult);
-        if (bufferSize == 0)
-            THROW_UNLESS(InvalidValue, ::setvbuf (file_, 0, _IONBF, 0) == 0,
-                         pathMessage("Error setting buffering mode in file: '", path, "'. "));
-        else if (bufferSize > 0)
-            THROW_UNLESS(InvalidValue, ::setvbuf (file_, 0, _IOFBF, bufferSize) == 0,
-                         pathMessage("Error setting buffering mode in file: '", path, "'. "));
+        buffer_.resize(size_t(bufferSize));
+        THROW_UNLESS(InvalidValue, ::setvbuf(file_, buffer_.data(), _IOFBF, buffer_.size()) == 0,
+                     pathMessage("Error setting buffering mode in file: '", path, "'. "));
     }
-    catch (...)
-    {
-        std::fclose(file_);
-        throw;
-    }
+    guard.release();
 }
 
 FileImpl::~FileImpl()

@@ -156,3 +156,18 @@ TEST(FileDataSinkTest, WriteAndSeekFailuresCarryTheSystemText)
     ::close(ends[0]);
     ::close(ends[1]);
 }
+
+// A buffer of the size asked holds what is written until it is full or flushed: the runtime's
+// default of a few KiB would send each piece to the system on its own.
+TEST(FileDataSinkTest, TheBufferOfTheSizeAskedHoldsTheWrites)
+{
+    ScratchDirectory dir;
+    ASSERT_TRUE(dir.ok());
+    std::vector<unsigned char> const bytes = patternBytes(60000);
+    FileDataSink sink(dir.widePath("held.bin").c_str(), false, 1 << 20);
+    for (int i = 0; i < 10; ++i)
+        sink.write(bytes.data(), bytes.size());
+    EXPECT_EQ(0u, std::filesystem::file_size(dir.path("held.bin")));
+    sink.flush();
+    EXPECT_EQ(600000u, std::filesystem::file_size(dir.path("held.bin")));
+}
