@@ -33,6 +33,7 @@
 #include "Packs/PartitionPack.h"
 #include "Packs/PrimerPack.h"
 #include "Packs/RandomIndexPack.h"
+#include "Support/Mxf.h"
 #include "Support/ReadEverything.h"
 
 #if defined(__SANITIZE_ADDRESS__)
@@ -143,43 +144,19 @@ long long peakMemoryOf(std::function<void()> const & step)
 #endif
 }
 
-void appendBER(Bytes & out, uint64 length)
+// `value` big-endian in `size` bytes behind `out`.
+void put(Bytes & out, uint64 value, unsigned size)
 {
-    out.push_back(0x88);
-    for (int shift = 56; shift >= 0; shift -= 8)
-        out.push_back(static_cast<unsigned char>(length >> shift));
-}
-
-void append32(Bytes & out, uint32 v)
-{
-    for (int shift = 24; shift >= 0; shift -= 8)
-        out.push_back(static_cast<unsigned char>(v >> shift));
-}
-
-void append64(Bytes & out, uint64 v)
-{
-    append32(out, static_cast<uint32>(v >> 32));
-    append32(out, static_cast<uint32>(v));
-}
-
-void append16(Bytes & out, unsigned v)
-{
-    out.push_back(static_cast<unsigned char>(v >> 8));
-    out.push_back(static_cast<unsigned char>(v));
-}
-
-void appendKey(Bytes & out, KLV::Key const & key)
-{
-    unsigned char const * bytes = key.rawBuffer();
-    out.insert(out.end(), bytes, bytes + 16);
+    Bytes const bytes = VellumTest::be(value, size);
+    out.insert(out.end(), bytes.begin(), bytes.end());
 }
 
 // A KLV packet whose length field says `claimed` and behind which stand `value`'s bytes only.
 Bytes packet(KLV::Key const & key, uint64 claimed, Bytes const & value)
 {
-    Bytes out;
-    appendKey(out, key);
-    appendBER(out, claimed);
+    Bytes out(key.rawBuffer(), key.rawBuffer() + 16);
+    out.push_back(0x88);
+    put(out, claimed, 8);
     out.insert(out.end(), value.begin(), value.end());
     return out;
 }
@@ -188,17 +165,17 @@ Bytes packet(KLV::Key const & key, uint64 claimed, Bytes const & value)
 Bytes partitionPackFields(uint64 headerByteCount)
 {
     Bytes v;
-    append16(v, 1);
-    append16(v, 3);
-    append32(v, 1);     // KAG
-    append64(v, 0);     // ThisPartition
-    append64(v, 0);     // PreviousPartition
-    append64(v, 0);     // FooterPartition
-    append64(v, headerByteCount);
-    append64(v, 0);     // IndexByteCount
-    append32(v, 0);     // IndexSID
-    append64(v, 0);     // BodyOffset
-    append32(v, 1);     // BodySID
+    put(v, 1, 2);
+    put(v, 3, 2);
+    put(v, 1, 4);     // KAG
+    put(v, 0, 8);     // ThisPartition
+    put(v, 0, 8);     // PreviousPartition
+    put(v, 0, 8);     // FooterPartition
+    put(v, headerByteCount, 8);
+    put(v, 0, 8);     // IndexByteCount
+    put(v, 0, 4);     // IndexSID
+    put(v, 0, 8);     // BodyOffset
+    put(v, 1, 4);     // BodySID
     static unsigned char const op[16] = {0x06, 0x0e, 0x2b, 0x34, 0x04, 0x01, 0x01, 0x01,
                                          0x0d, 0x01, 0x02, 0x01, 0x01, 0x01, 0x09, 0x00};
     v.insert(v.end(), op, op + 16);
@@ -214,8 +191,8 @@ KLV::Key headerKey()
 Bytes headerWith(Bytes const & metadata)
 {
     Bytes value = partitionPackFields(metadata.size());
-    append32(value, 0);
-    append32(value, 16);
+    put(value, 0, 4);
+    put(value, 16, 4);
     Bytes file = packet(headerKey(), value.size(), value);
     file.insert(file.end(), metadata.begin(), metadata.end());
     return file;
@@ -277,11 +254,11 @@ void expectPacketRefused(char const * what, Bytes const & klv, Parse parse)
 Bytes primerValue(uint32 count, uint32 present)
 {
     Bytes v;
-    append32(v, count);
-    append32(v, 18);
+    put(v, count, 4);
+    put(v, 18, 4);
     for (uint32 i = 0; i < present; ++i)
     {
-        append16(v, 0x8000 + i);
+        put(v, 0x8000 + i, 2);
         for (int b = 0; b < 16; ++b)
             v.push_back(static_cast<unsigned char>(b == 0 ? 0x06 : i + b));
     }
@@ -301,8 +278,8 @@ TEST(HardeningAllocation, AValueOf2To60BytesIsRefused)
     static unsigned char const prefaceKey[16] = {0x06, 0x0e, 0x2b, 0x34, 0x02, 0x53, 0x01, 0x01,
                                                  0x0d, 0x01, 0x01, 0x01, 0x01, 0x01, 0x2f, 0x00};
     Bytes setValue;
-    append16(setValue, 0x3c0a);
-    append16(setValue, 16);
+    put(setValue, 0x3c0a, 2);
+    put(setValue, 16, 2);
     for (int i = 0; i < 16; ++i)
         setValue.push_back(static_cast<unsigned char>(i));
     Bytes set = packet(KLV::Key(prefaceKey), huge, setValue);
@@ -336,8 +313,8 @@ TEST(HardeningAllocation, BatchesOf2To31ElementsAreRefused)
     for (uint64 claimed : {uint64(88 + 8) + uint64(count) * 16, uint64(88 + 8 + 32)})
     {
         Bytes value = partitionPackFields(0);
-        append32(value, count);
-        append32(value, 16);
+        put(value, count, 4);
+        put(value, 16, 4);
         value.insert(value.end(), 32, 0x11);
         Bytes pack = packet(headerKey(), claimed, value);
         expectFileRefusedCheaply("partition pack", pack);
@@ -351,10 +328,10 @@ TEST(HardeningAllocation, BatchesOf2To31ElementsAreRefused)
     for (uint32 elementSize : {16u, 0u})
     {
         Bytes setValue;
-        append16(setValue, 0x3b0a);
-        append16(setValue, 8 + 32);
-        append32(setValue, elementSize == 0 ? 0xffffffffu : count);
-        append32(setValue, elementSize);
+        put(setValue, 0x3b0a, 2);
+        put(setValue, 8 + 32, 2);
+        put(setValue, elementSize == 0 ? 0xffffffffu : count, 4);
+        put(setValue, elementSize, 4);
         setValue.insert(setValue.end(), 32, 0x22);
         Bytes set = packet(KLV::Key(prefaceKey), setValue.size(), setValue);
         Bytes metadata = packet(Packs::PrimerPack::key(), 8, primerValue(0, 0));
@@ -382,10 +359,10 @@ TEST(HardeningAllocation, IndexArraysOf2To32EntriesAreRefused)
         for (uint32 elementSize : {11u, 6u, 0xffffffffu})
         {
             Bytes value;
-            append16(value, tag);
-            append16(value, 0xffff);
-            append32(value, 0xffffffffu);
-            append32(value, elementSize);
+            put(value, tag, 2);
+            put(value, 0xffff, 2);
+            put(value, 0xffffffffu, 4);
+            put(value, elementSize, 4);
             value.insert(value.end(), 40, 0x33);
             for (uint64 claimed : {uint64(value.size()), uint64(1) << 40})
             {
@@ -462,8 +439,8 @@ TEST(HardeningAllocation, ThousandsOfUnknownItemsLoadInLinearTime)
         Bytes value;
         for (unsigned i = 0; i < items; ++i)
         {
-            append16(value, 0x8000 + i);
-            append16(value, 0);
+            put(value, 0x8000 + i, 2);
+            put(value, 0, 2);
         }
         Bytes set = packet(KLV::Key(prefaceKey), value.size(), value);
         region.insert(region.end(), set.begin(), set.end());
