@@ -51,7 +51,9 @@ public:
 
 private:
     struct Impl;
-    Templates::auto_ptr<Impl> impl_;
+    // The bytes themselves, not a value of their own on the heap: keys are made for every packet
+    // and every set.
+    unsigned char bytes_[SIZE];
 };
 
 // Byte by byte; `<` orders by unsigned bytes.

@@ -49,7 +49,9 @@ public:
 
 private:
     struct Impl;
-    Templates::auto_ptr<Impl> impl_;
+    // The bytes themselves: labels are made by the hundred thousand when metadata loads, and a
+    // value of its own on the heap for each would cost more than the rest of the work.
+    unsigned char bytes_[SIZE];
 };
 
 bool operator==(UniversalLabel const & a, UniversalLabel const & b);

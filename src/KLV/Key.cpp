@@ -42,28 +42,34 @@ struct Key::Impl : public FixedLengthIdentificationType<Key::SIZE>
     }
 };
 
-Key::Key(unsigned char const * bytes) : impl_(new Impl(bytes)) {}
-
-Key::Key(Value & value) : impl_(nullptr)
+Key::Key(unsigned char const * bytes)
 {
-    unsigned char bytes[SIZE];
-    value.readValue(bytes, SIZE);
-    impl_.reset(new Impl(bytes));
+    std::memcpy(bytes_, bytes, SIZE);
 }
 
-Key::Key(unsigned short const * text, Types::StringRepresentationEncodingType kind) : impl_(new Impl)
+Key::Key(Value & value)
 {
+    value.readValue(bytes_, SIZE);
+}
+
+Key::Key(unsigned short const * text, Types::StringRepresentationEncodingType kind)
+{
+    Impl parsed;
     if (kind == Types::Dotted)
-        impl_->loadFromStringDotted(text);
+        parsed.loadFromStringDotted(text);
     else
-        impl_->loadFromString(text, kind);
+        parsed.loadFromString(text, kind);
+    std::memcpy(bytes_, parsed.value_, SIZE);
 }
 
-Key::Key(Key const & other) : impl_(new Impl(other.impl_->value_)) {}
+Key::Key(Key const & other)
+{
+    std::memcpy(bytes_, other.bytes_, SIZE);
+}
 
 Key & Key::operator=(Key const & other)
 {
-    std::memcpy(impl_->value_, other.impl_->value_, SIZE);
+    std::memcpy(bytes_, other.bytes_, SIZE);
     return *this;
 }
 
@@ -73,17 +79,17 @@ unsigned char Key::lengthFieldLength() const
 {
     if (!isLocalSet(*this))
         return 0;
-    unsigned char bits = impl_->value_[5] & 0x60;
+    unsigned char bits = bytes_[5] & 0x60;
     if (bits == 0x60)
         return 4;
-    return static_cast<unsigned char>(impl_->value_[5] >> 5);
+    return static_cast<unsigned char>(bytes_[5] >> 5);
 }
 
 unsigned char Key::localTagFieldLength() const
 {
     if (!isLocalSet(*this))
         return 0;
-    unsigned char bits = impl_->value_[5] & 0x18;
+    unsigned char bits = bytes_[5] & 0x18;
     if (bits == 0x18)
         return 4;
     if (bits == 0x10)
@@ -94,27 +100,27 @@ unsigned char Key::localTagFieldLength() const
 Templates::wstring Key::toString(Types::StringRepresentationEncodingType kind) const
 {
     if (kind == Types::Dotted)
-        return impl_->toStringDotted();
-    return impl_->toString(kind);
+        return Impl(bytes_).toStringDotted();
+    return Impl(bytes_).toString(kind);
 }
 
 unsigned char const * Key::rawBuffer() const
 {
-    return impl_->value_;
+    return bytes_;
 }
 
 unsigned char Key::operator[](unsigned index) const
 {
     if (index >= SIZE)
         VELLUM_THROW(IndexOutOfBounds, "Index out of bounds");
-    return impl_->value_[index];
+    return bytes_[index];
 }
 
 unsigned char & Key::operator[](unsigned index)
 {
     if (index >= SIZE)
         VELLUM_THROW(IndexOutOfBounds, "Index out of bounds");
-    return impl_->value_[index];
+    return bytes_[index];
 }
 
 bool operator==(Key const & a, Key const & b)

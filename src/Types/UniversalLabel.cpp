@@ -1,5 +1,7 @@
 #include "Types/UniversalLabel.h"
 
+#include <cstring>
+
 #include "Exceptions/Exceptions.h"
 #include "KLV/FixedLengthIdentificationType.h"
 #include "KLV/Key.h"
@@ -42,25 +44,41 @@ struct UniversalLabel::Impl : public KLV::FixedLengthIdentificationType<Universa
     }
 };
 
-UniversalLabel::UniversalLabel() : impl_(new Impl) {}
-
-UniversalLabel::UniversalLabel(unsigned char const * bytes) : impl_(new Impl(bytes)) {}
-
-UniversalLabel::UniversalLabel(KLV::Key const & key) : impl_(new Impl(key.rawBuffer())) {}
-
-UniversalLabel::UniversalLabel(KLV::Value & value) : impl_(IdentifierSupport::fromValue<Impl>(value)) {}
-
-UniversalLabel::UniversalLabel(unsigned short const * text, StringRepresentationEncodingType kind)
-    : impl_(IdentifierSupport::fromText<Impl>(text, kind))
+UniversalLabel::UniversalLabel()
 {
+    std::memset(bytes_, 0, SIZE);
 }
 
-UniversalLabel::UniversalLabel(UniversalLabel const & other) : UID(other), impl_(new Impl(other.impl_->value_)) {}
+UniversalLabel::UniversalLabel(unsigned char const * bytes)
+{
+    std::memcpy(bytes_, bytes, SIZE);
+}
+
+UniversalLabel::UniversalLabel(KLV::Key const & key)
+{
+    std::memcpy(bytes_, key.rawBuffer(), SIZE);
+}
+
+UniversalLabel::UniversalLabel(KLV::Value & value)
+{
+    value.readValue(bytes_, SIZE);
+}
+
+UniversalLabel::UniversalLabel(unsigned short const * text, StringRepresentationEncodingType kind)
+{
+    Templates::auto_ptr<Impl> const parsed = IdentifierSupport::fromText<Impl>(text, kind);
+    std::memcpy(bytes_, parsed->value_, SIZE);
+}
+
+UniversalLabel::UniversalLabel(UniversalLabel const & other) : UID(other)
+{
+    std::memcpy(bytes_, other.bytes_, SIZE);
+}
 
 UniversalLabel & UniversalLabel::operator=(UniversalLabel const & other)
 {
     if (this != &other)
-        std::memcpy(impl_->value_, other.impl_->value_, SIZE);
+        std::memcpy(bytes_, other.bytes_, SIZE);
     return *this;
 }
 
@@ -68,7 +86,7 @@ UniversalLabel::~UniversalLabel() = default;
 
 unsigned char const * UniversalLabel::rawBuffer() const
 {
-    return impl_->value_;
+    return bytes_;
 }
 
 unsigned short UniversalLabel::serializedSize() const
@@ -88,7 +106,7 @@ unsigned short UniversalLabel::size() const
 
 Templates::wstring UniversalLabel::toString(StringRepresentationEncodingType kind) const
 {
-    return IdentifierSupport::toText(*impl_, kind);
+    return IdentifierSupport::toText(Impl(bytes_), kind);
 }
 
 bool operator==(UniversalLabel const & a, UniversalLabel const & b)
