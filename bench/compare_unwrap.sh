@@ -9,25 +9,7 @@ if [ $# -ne 1 ]; then
   exit 2
 fi
 file=$1
-here=$(cd "$(dirname "$0")" && pwd)
-vellum=${VELLUM:-$here/../build/vellum}
-out=$(mktemp -d "${TMPDIR:-/tmp}/vellum-compare.XXXXXX")
-trap 'rm -rf "$out"' EXIT
-
-best() {
-  local best=""
-  "$@" > /dev/null 2>&1 || true
-  for _ in 1 2 3; do
-    local start end took
-    start=$(date +%s.%N)
-    "$@" > /dev/null 2>&1
-    end=$(date +%s.%N)
-    took=$(awk -v a="$start" -v b="$end" 'BEGIN { printf "%.6f", b - a }')
-    if [ -z "$best" ] || awk -v t="$took" -v b="$best" 'BEGIN { exit !(t < b) }'; then best=$took; fi
-    rm -rf "$out"/*
-  done
-  printf '%.3f' "$best"
-}
+source "$(dirname "$0")/compare_common.sh"
 
 unwrap() { "$vellum" unwrap "$file" "$out"; }
 ffcopy() { ffmpeg -v error -nostdin -i "$file" -map 0 -c copy -f null -; }

@@ -13,26 +13,7 @@ if [ $# -ne 2 ]; then
 fi
 es=$1
 wav=$2
-here=$(cd "$(dirname "$0")" && pwd)
-vellum=${VELLUM:-$here/../build/vellum}
-out=$(mktemp -d "${TMPDIR:-/tmp}/vellum-compare.XXXXXX")
-trap 'rm -rf "$out"' EXIT
-
-best() {
-  local best=""
-  "$@" > /dev/null 2>&1 || true
-  for _ in 1 2 3; do
-    local start end took
-    rm -f "$out"/result*
-    start=$(date +%s.%N)
-    "$@" > /dev/null 2>&1
-    end=$(date +%s.%N)
-    took=$(awk -v a="$start" -v b="$end" 'BEGIN { printf "%.6f", b - a }')
-    if [ -z "$best" ] || awk -v t="$took" -v b="$best" 'BEGIN { exit !(t < b) }'; then best=$took; fi
-  done
-  rm -f "$out"/result*
-  printf '%.3f' "$best"
-}
+source "$(dirname "$0")/compare_common.sh"
 
 wrap() { "$vellum" wrap "$out/result.mxf" "$es" "$wav"; }
 ffwrap() { ffmpeg -v error -nostdin -y -i "$es" -i "$wav" -map 0 -map 1 -c copy -f mxf "$out/result-ffmpeg.mxf"; }
